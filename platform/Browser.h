@@ -1,0 +1,138 @@
+// The browser component and the document model that it exposes. Indexes count from 0.
+//
+// Every read and write of the document model may fail: the page may not answer, a frame may refuse
+// access, the page's process may have died. All of these throw DocumentError. What an operation
+// returns is never null. An object stays valid as long as it is held; once its page is gone, its
+// operations throw.
+#pragma once
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "platform/Controls.h"
+
+namespace velmora {
+
+class DocumentError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+class Document;
+
+class Option {
+public:
+    virtual ~Option() = default;
+    virtual std::string Text() = 0;
+    virtual std::string Value() = 0;
+    virtual bool Selected() = 0;
+    /// Chooses the option as a user would. Nothing happens if it is chosen already.
+    virtual void Select() = 0;
+};
+
+class Element {
+public:
+    virtual ~Element() = default;
+    virtual std::string Name() = 0;
+    virtual std::string Type() = 0;
+    virtual std::string Value() = 0;
+    /// Enters a text as a user would. Nothing happens if the element holds it already.
+    virtual void SetValue(const std::string& value) = 0;
+    virtual bool Checked() = 0;
+    /// Ticks the box or radio button as a user would. Nothing happens if it is ticked already.
+    virtual void Check() = 0;
+    virtual std::string Src() = 0;
+    virtual int OptionsLength() = 0;
+    virtual std::shared_ptr<Option> Options(int k) = 0;
+    /// Acts as a user's click; what comes of it comes as events after the caller has returned.
+    virtual void Click() = 0;
+};
+
+class Form {
+public:
+    virtual ~Form() = default;
+    /// The action as written in the page; "[object]" when a field of that name hides it.
+    virtual std::string Action() = 0;
+    virtual std::string Id() = 0;
+    virtual int Length() = 0;
+    virtual std::shared_ptr<Element> Elements(int j) = 0;
+    virtual std::shared_ptr<velmora::Document> Document() = 0;
+};
+
+class ElementCollection {
+public:
+    virtual ~ElementCollection() = default;
+    virtual int Length() = 0;
+    virtual std::shared_ptr<Element> Item(int i) = 0;
+};
+
+/// The browser itself or one of its frames: whatever has a document.
+class BrowserObject {
+public:
+    virtual ~BrowserObject() = default;
+    virtual std::shared_ptr<velmora::Document> Document() = 0;
+};
+
+class Document {
+public:
+    virtual ~Document() = default;
+    virtual int FramesLength() = 0;
+    virtual std::shared_ptr<BrowserObject> Frames(int i) = 0;
+    virtual int FormsLength() = 0;
+    virtual std::shared_ptr<Form> Forms(int i) = 0;
+    /// The markup inside the document element, as UTF-8. An attribute value that needs no quotes
+    /// stands without them, with its character references decoded.
+    virtual std::string InnerHtml() = 0;
+    /// All elements of a tag in the order of the document. The name is not case-sensitive.
+    virtual std::shared_ptr<ElementCollection> GetElementsByTagName(const std::string& tag) = 0;
+};
+
+/// A navigation that is about to begin.
+struct BeforeNavigate2Event {
+    BrowserObject& pDisp;  ///< The page or frame that navigates; still its old document.
+    std::string URL;
+    long Flags = 0;
+    std::string TargetFrameName;  ///< Empty when there is none.
+    std::string PostData;         ///< The bytes of the request body; empty when there is none.
+    std::string Headers;          ///< "Name: value", each line ended by CR LF.
+    bool Cancel = false;
+};
+
+/// What drives a WebBrowser control: the web engine, or a stand-in.
+class BrowserEngine {
+public:
+    virtual ~BrowserEngine() = default;
+    virtual void Navigate(const std::string& url) = 0;
+    virtual void GoBack() = 0;
+    virtual std::shared_ptr<Document> CurrentDocument() = 0;
+};
+
+/// The browser control. Calls return at once; results come as events. The engine attaches itself;
+/// without one, calls do nothing and the document cannot be read.
+class WebBrowser : public Control, public BrowserObject {
+public:
+    static constexpr int kCommandBack = 2;
+
+    using Control::Control;
+    void Accept(ControlVisitor& visitor) override;
+
+    /// Loads an address. An empty one gives an empty page, one without a scheme is taken for a web
+    /// address; one that cannot be loaded gives a page that says so.
+    void Navigate(const std::string& url);
+    void Navigate2(const std::string& url);
+    void GoBack();
+    std::shared_ptr<velmora::Document> Document() override;
+
+    Event<BeforeNavigate2Event&> BeforeNavigate2;
+    Event<BrowserObject&, const std::string&> DocumentComplete;  ///< The finished document, its address.
+    Event<bool&> NewWindow2;                                     ///< Set true to refuse the window.
+    Event<int, bool> CommandStateChange;                         ///< A command, whether it is to be had.
+
+    void Attach(BrowserEngine* engine) { engine_ = engine; }
+
+private:
+    BrowserEngine* engine_ = nullptr;
+};
+
+}  // namespace velmora

@@ -1,0 +1,22 @@
+// All that the program is handed at its start.
+#pragma once
+
+#include <string>
+
+namespace velmora {
+
+class Dialogs;
+class Files;
+class Proxy;
+class ProxyTable;
+
+struct Platform {
+    Dialogs& dialogs;
+    Files& files;
+    Proxy& proxy;
+    ProxyTable& proxyTable;
+    std::string website = "velmora://guide/";
+    std::string contact = "contact@velmora.example";
+};
+
+}  // namespace velmora
