@@ -1,0 +1,96 @@
+#include "editor/frmEdit.h"
+
+#include <string>
+
+namespace velmora {
+
+namespace {
+
+constexpr std::size_t kFieldsOnPage = 20;
+constexpr std::size_t kFieldsInColumn = 10;
+constexpr Twips kRow = 480;
+
+}  // namespace
+
+frmEdit::frmEdit()
+{
+    SetInnerSize(12180, 7470);
+    PlaceControls();
+    MakeFields();
+    txtSession.AccessibleName = "Record Session Name";
+    txtUrl.AccessibleName = "Url";
+    txtAction.AccessibleName = "Action";
+    SSTab1.AccessibleName = "Fields";
+    txtUrl.Enabled = false;
+    txtAction.Enabled = false;
+    cmdOK.Default = true;
+    cmdCancel.Cancel = true;
+    FirstFocus = &txtSession;
+    cmdOK.Click.Add([this] { cmdOK_Click(); });
+    cmdPermanentOK.Click.Add([this] { cmdPermanentOK_Click(); });
+    cmdCancel.Click.Add([this] { cmdCancel_Click(); });
+    CloseRequested.Add([this] { cmdCancel_Click(); });
+}
+
+void frmEdit::PlaceControls()
+{
+    struct Place {
+        Control& control;
+        Twips left, top, width, height;
+        int tabIndex;
+    };
+    constexpr int kBehindFields = 4 + static_cast<int>(kFields);
+    const Place places[] = {
+        {lblSession, 120, 180, 1935, 255, -1},
+        {txtSession, 2160, 120, 7560, 375, 0},
+        {lblUrl, 120, 660, 1935, 255, -1},
+        {txtUrl, 2160, 600, 7560, 375, 1},
+        {lblAction, 120, 1140, 1935, 255, -1},
+        {txtAction, 2160, 1080, 7560, 375, 2},
+        {SSTab1, 120, 1620, 11940, 5340, 3},
+        {cmdOK, 9900, 120, 2160, 375, kBehindFields},
+        {cmdPermanentOK, 9900, 600, 2160, 375, kBehindFields + 1},
+        {cmdCancel, 9900, 1080, 2160, 375, kBehindFields + 2},
+        {StatusBar1, 0, 7095, 12180, 375, -1},
+    };
+    for (const Place& place : places) {
+        place.control.Move(place.left, place.top, place.width, place.height);
+        place.control.TabIndex = place.tabIndex;
+    }
+    StatusBar1.Panels(1).Width = 12180;
+}
+
+void frmEdit::MakeFields()
+{
+    for (std::size_t i = 0; i < kFields; ++i) {
+        const std::size_t onPage = i % kFieldsOnPage;
+        const Twips left = onPage < kFieldsInColumn ? 120 : 6120;
+        const Twips top = 450 + kRow * static_cast<Twips>(onPage % kFieldsInColumn);
+        const std::string index = "(" + std::to_string(i) + ")";
+        Label& name = lblName.emplace_back(SSTab1, "lblName" + index, "Blank");
+        TextBox& value = txtValue.emplace_back(SSTab1, "txtValue" + index);
+        name.Move(left, top + 60, 1695, 255);
+        value.Move(left + 1920, top, 3615, 375);
+        name.Page = value.Page = static_cast<int>(i / kFieldsOnPage);
+        value.TabIndex = 4 + static_cast<int>(i);
+        value.AccessibleName = "Blank";
+        value.Enabled = false;
+    }
+}
+
+void frmEdit::cmdOK_Click()
+{
+    bEditFlag = true;
+    Visible = false;
+}
+
+void frmEdit::cmdPermanentOK_Click()
+{
+    bEditFlag = true;
+    bSavePermanent = true;
+    Visible = false;
+}
+
+void frmEdit::cmdCancel_Click() { Visible = false; }
+
+}  // namespace velmora

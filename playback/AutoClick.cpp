@@ -1,0 +1,33 @@
+#include <algorithm>
+#include <exception>
+
+#include "platform/CodePage.h"
+#include "shell/frmBrowser.h"
+
+namespace velmora {
+
+void frmBrowser::AutoClickSubmit(Form& form, const std::vector<std::string>& names)
+{
+    std::vector<std::string> fields;
+    for (const std::string& name : names) fields.push_back(LowerCase(name));
+    try {
+        const auto inputs = form.Document()->GetElementsByTagName("INPUT");
+        bool fieldSeen = false;
+        const int length = inputs->Length();
+        for (int i = 0; i < length; ++i) {
+            const auto input = inputs->Item(i);
+            const std::string type = LowerCase(input->Type());
+            if (type == "text" && !fieldSeen) {
+                fieldSeen = std::find(fields.begin(), fields.end(), LowerCase(input->Name())) != fields.end();
+            } else if (type == "image" && fieldSeen && !input->Src().empty()) {
+                input->Click();
+                return;
+            }
+        }
+        ShowStatus("System is unable to do auto-click, please perform click manually!");
+    } catch (const std::exception&) {
+        // The page went away under the search: there is nothing left to click.
+    }
+}
+
+}  // namespace velmora

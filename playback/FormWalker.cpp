@@ -1,0 +1,111 @@
+#include <exception>
+#include <optional>
+#include <utility>
+
+#include "platform/CodePage.h"
+#include "shell/frmBrowser.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr char kWrite[] = "WRITE";
+
+// The document of a frame; null if the frame refuses access.
+std::shared_ptr<Document> FrameDocument(Document& top, int i)
+{
+    try {
+        return top.Frames(i)->Document();
+    } catch (const std::exception&) {
+        return nullptr;
+    }
+}
+
+}  // namespace
+
+void frmBrowser::ProcessDocument(BrowserObject& browser, const std::string& mode, std::string& action,
+                                 std::string& postdata)
+{
+    try {
+        const auto top = browser.Document();
+        const int frames = top->FramesLength();
+        for (int i = 0; i < frames; ++i) {
+            const auto document = FrameDocument(*top, i);
+            if (document && ProcessForm(mode, *document, action, postdata)) return;
+        }
+        ProcessForm(mode, *top, action, postdata);
+    } catch (const std::exception&) {
+        // A document that cannot be read holds no form.
+    }
+}
+
+bool frmBrowser::ProcessForm(const std::string& mode, Document& document, std::string& action, std::string& postdata)
+{
+    try {
+        SplitPostdata(postdata, gstrFieldNames, gstrFieldValues);
+        const auto form = WalkForms(mode, document, action);
+        if (!form) return false;
+        if (mode != kWrite) {
+            postdata = JoinPostdata(gstrFieldNames, gstrFieldValues);
+            return true;
+        }
+        // Ahead of any click: the submission of a filled form is not captured.
+        gbRecordArmed = false;
+        if (mnuAutoClick.Checked()) SubmitForm(*form);
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+std::shared_ptr<Form> frmBrowser::WalkForms(const std::string& mode, Document& document, std::string& action)
+{
+    std::optional<std::string> html;
+    const int forms = document.FormsLength();
+    for (int i = 0; i < forms; ++i) {
+        auto form = document.Forms(i);
+        std::string formAction = form->Action();
+        if (formAction == "[object]") {
+            // One reading serves all forms: none is changed before the one that is found.
+            if (!html) html = document.InnerHtml();
+            std::string written = FindFormTag(*html, form->Id());
+            if (!written.empty()) formAction = std::move(written);
+        }
+        if (UrlsMatch(action, formAction) && WalkElements(mode, *form)) return form;
+    }
+    return nullptr;
+}
+
+bool frmBrowser::WalkElements(const std::string& mode, Form& form)
+{
+    const int elements = form.Length();
+    for (int j = 0; j < elements; ++j) {
+        const auto element = form.Elements(j);
+        const std::string type = LowerCase(element->Type());
+        const std::string name = LowerCase(element->Name());
+        std::string recorded;
+        const bool found = GetFieldValue(name, recorded);
+        if (j == 0 && !found) return false;
+        if (mode == kWrite) {
+            WriteElement(*element, type, name, recorded);
+        } else {
+            ReadElement(*element, type, name, recorded);
+        }
+    }
+    return true;
+}
+
+void frmBrowser::SubmitForm(Form& form)
+{
+    const int elements = form.Length();
+    for (int j = 0; j < elements; ++j) {
+        const auto element = form.Elements(j);
+        if (LowerCase(element->Type()) == "submit") {
+            element->Click();
+            return;
+        }
+    }
+    AutoClickSubmit(form, gstrFieldNames);
+}
+
+}  // namespace velmora

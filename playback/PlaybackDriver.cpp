@@ -1,0 +1,56 @@
+#include "platform/CodePage.h"
+#include "shell/frmBrowser.h"
+
+namespace velmora {
+
+void frmBrowser::cmdPlayback_Click()
+{
+    glngNoOfFormAction = 0;
+    gstrCurMode = "Playback";
+    gbRecordArmed = true;
+    gstrLastFilledUrl.clear();
+    wbMyBrowser.Navigate(txtUrl.Text());
+    AutoHideRecords();
+}
+
+void frmBrowser::cmdFill_Click()
+{
+    glngNoOfFormAction = 0;
+    RecordItem record;
+    if (!ReadSelectedRecord(CurrentRecordList(), record)) {
+        AskForSelection();
+        return;
+    }
+    const std::string prompt =
+        record.Type == kTypeForm ? "Do you want to go to this form?" : "Do you want to go to this address?";
+    const Answer answer = platform_.dialogs.MsgBox(prompt, Buttons::YesNo, Icon::None, "Address: " + record.Url);
+    if (answer != Answer::Yes) return;
+    txtUrl.Text = record.Url;
+    cmdPlayback_Click();
+    AutoHideRecords();
+}
+
+void frmBrowser::PlayDocument(BrowserObject& pDisp, const std::string& URL)
+{
+    if (gstrCurMode != "Playback") return;
+    if (!mnuManualClick.Checked() && !mnuAutoClick.Checked()) return;
+    const int rows = lvwPermanent.Count();
+    for (int i = 1; i <= rows; ++i) {
+        // The row is read whole only if it is the one: the list may be long, and this runs for each
+        // document that finishes.
+        const ListItem& row = lvwPermanent.Item(i);
+        if (!EqualIgnoringCase(row.SubItem("Url"), URL) || row.SubItem("Type") != kTypeForm) continue;
+        if (EqualIgnoringCase(gstrLastFilledUrl, URL)) continue;
+        RecordItem record;
+        ReadRecordItem(row, record);
+        if (mnuPromptFill.Checked()) {
+            const Answer answer = platform_.dialogs.MsgBox("Do you want to auto fill-in this form", Buttons::OkCancel,
+                                                           Icon::None, "Session=" + record.Session);
+            if (answer != Answer::Ok) continue;
+        }
+        ProcessDocument(pDisp, "WRITE", record.Action, record.Postdata);
+        return;
+    }
+}
+
+}  // namespace velmora

@@ -1,0 +1,101 @@
+#include <exception>
+#include <string_view>
+
+#include "platform/CodePage.h"
+#include "platform/Files.h"
+#include "records/frmHome.h"
+#include "shell/frmBrowser.h"
+
+namespace velmora {
+
+namespace {
+
+bool IsXmlName(const std::string& name)
+{
+    return name.size() >= 4 && EqualIgnoringCase(std::string_view(name).substr(name.size() - 4), ".xml");
+}
+
+std::vector<FileEntry> FilesOf(Files& files, const std::string& folder)
+{
+    try {
+        return files.List(folder);
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+}  // namespace
+
+void frmBrowser::LoadPermanentSession()
+{
+    glngNoOfPermanentSession = 0;
+    for (const FileEntry& file : FilesOf(platform_.files, gstrSessionPath)) {
+        LoadSessionFile(file);
+        platform_.dialogs.DoEvents();
+    }
+    if (lvwPermanent.Count() > 0) lvwPermanent.Select(&lvwPermanent.Item(1));
+    ShowStatus(std::to_string(glngNoOfPermanentSession) + " Permanent Record");
+}
+
+void frmBrowser::LoadSessionFile(const FileEntry& file)
+{
+    if (file.Size == 0 || !IsXmlName(file.Name)) return;
+    std::string text;
+    if (!ReadTextFile(gstrSessionPath + platform_.files.Separator() + file.Name, text)) return;
+    RecordItem record;
+    ParseSessionXml(text, record);
+    if (record.Type == kTypeHome) {
+        Home().txtHome.Text = GetXmlElement(text, "Home");
+    } else {
+        AddRecordItem(lvwPermanent, record);
+        ++glngNoOfPermanentSession;
+    }
+}
+
+void frmBrowser::cmdSave_Click()
+{
+    ListView& table = CurrentRecordList();
+    RecordItem record;
+    if (!ReadSelectedRecord(table, record)) {
+        AskForSelection();
+        return;
+    }
+    StoreRecord(lvwPermanent, StripQuery(record.Url), record);
+    WriteSessionFile(record);
+    // By the row itself and not by its key: a row may be without one.
+    if (ListItem* const row = table.SelectedItem()) table.Remove(*row);
+    AutoHideRecords();
+}
+
+void frmBrowser::cmdDelete_Click()
+{
+    ListView& table = CurrentRecordList();
+    ListItem* const row = table.SelectedItem();
+    if (!row) {
+        AskForSelection();
+        return;
+    }
+    if (glngCurTab == 0) {
+        const Answer answer = platform_.dialogs.MsgBox("Are you sure to delete this permanent record session?",
+                                                       Buttons::YesNo, Icon::None, row->Text());
+        if (answer != Answer::Yes || !DeleteSessionFile(row->SubItem("Url"))) {
+            ShowStatus("Delete action is aborted!");
+            return;
+        }
+        --glngNoOfPermanentSession;
+    }
+    table.Remove(*row);
+    ShowStatus("Record session is deleted!");
+}
+
+bool frmBrowser::DeleteSessionFile(const std::string& Url)
+{
+    try {
+        platform_.files.Delete(SessionFilePath(Url));
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+}  // namespace velmora

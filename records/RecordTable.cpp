@@ -1,0 +1,89 @@
+#include "shell/frmBrowser.h"
+
+namespace velmora {
+
+namespace {
+
+// Given as a name, asks for the row's own name, or for a generated one.
+constexpr char kGeneratedName[] = "*sysgen*";
+
+}  // namespace
+
+void frmBrowser::ReadRecordItem(const ListItem& row, RecordItem& record)
+{
+    record.Session = row.Text();
+    record.Type = row.SubItem("Type");
+    record.Url = row.SubItem("Url");
+    record.Action = row.SubItem("Action");
+    record.Postdata = row.SubItem("Postdata");
+    record.Header = row.SubItem("Header");
+    record.Frame = row.SubItem("Frame");
+}
+
+bool frmBrowser::ReadSelectedRecord(const ListView& table, RecordItem& record)
+{
+    const ListItem* const row = table.SelectedItem();
+    if (!row) return false;
+    ReadRecordItem(*row, record);
+    return true;
+}
+
+void frmBrowser::WriteRecordItem(ListItem& row, RecordItem& record)
+{
+    if (record.Session == kGeneratedName) {
+        record.Session = row.Text();
+    } else {
+        row.SetText(record.Session);
+    }
+    row.SetSubItem("Type", record.Type);
+    row.SetSubItem("Url", record.Url);
+    row.SetSubItem("Action", record.Action);
+    row.SetSubItem("Postdata", record.Postdata);
+    row.SetSubItem("Header", record.Header);
+    row.SetSubItem("Frame", record.Frame);
+}
+
+bool frmBrowser::UpdateSelectedRecord(ListView& table, RecordItem& record)
+{
+    ListItem* const row = table.SelectedItem();
+    if (!row) return false;
+    WriteRecordItem(*row, record);
+    table.Sort();
+    return true;
+}
+
+void frmBrowser::StoreRecord(ListView& table, const std::string& key, RecordItem& record)
+{
+    if (ListItem* const row = table.Find(key)) {
+        WriteRecordItem(*row, record);
+        table.Sort();
+        return;
+    }
+    if (record.Session == kGeneratedName) record.Session = "Session" + std::to_string(++lngBookmarkId);
+    AddRecordItem(table, record);
+    ++glngNoOfPermanentSession;
+}
+
+bool frmBrowser::AddRecordItem(ListView& table, const RecordItem& record)
+{
+    const auto isFree = [&](const std::string& key) { return !key.empty() && !table.Find(key); };
+    ListItem& row = table.Add();
+    row.SetText(record.Session);
+    row.AddSubItem("Type", record.Type);
+    row.AddSubItem("Url", record.Url);
+    row.AddSubItem("Action", record.Action);
+    row.AddSubItem("Postdata", record.Postdata);
+    row.AddSubItem("Header", record.Header);
+    row.AddSubItem("Frame", record.Frame);
+    const std::string key = StripQuery(record.Url);
+    const bool tookNormalKey = isFree(key);
+    if (tookNormalKey) {
+        row.SetKey(key);
+    } else if (isFree(record.Url)) {
+        row.SetKey(record.Url);
+    }
+    table.Sort();
+    return tookNormalKey;
+}
+
+}  // namespace velmora

@@ -1,0 +1,107 @@
+#include <exception>
+#include <utility>
+
+#include "platform/CodePage.h"
+#include "platform/Files.h"
+#include "shell/frmBrowser.h"
+
+namespace velmora {
+
+namespace {
+
+// What a name leaves out of an address: as many characters as "http://" has.
+constexpr std::size_t kDroppedFromName = 7;
+
+constexpr char kLineEnd[] = "\r\n";
+
+std::string TagLine(const std::string& tag, const std::string& value)
+{
+    return "    <" + tag + ">" + value + "</" + tag + ">" + kLineEnd;
+}
+
+// The values stand between the tags as they are: the files look like XML and are none.
+std::string InFrame(const std::string& elements)
+{
+    return std::string("<?xml version=\"1.0\"?>") + kLineEnd + "<Velmora>" + kLineEnd + elements + "</Velmora>";
+}
+
+}  // namespace
+
+std::string frmBrowser::BuildSessionXml(const RecordItem& record)
+{
+    return InFrame(TagLine("Type", record.Type) + TagLine("Session", record.Session) + TagLine("Url", record.Url) +
+                   TagLine("Action", record.Action) + TagLine("Postdata", record.Postdata) +
+                   TagLine("Header", record.Header) + TagLine("Frame", record.Frame));
+}
+
+std::string frmBrowser::BuildHomeXml(const std::string& home)
+{
+    return InFrame(TagLine("Type", kTypeHome) + TagLine("Home", home));
+}
+
+void frmBrowser::ParseSessionXml(const std::string& text, RecordItem& record)
+{
+    record.Type = GetXmlElement(text, "Type");
+    if (record.Type.empty()) record.Type = kTypeForm;
+    if (record.Type == kTypeHome) return;
+    record.Session = GetXmlElement(text, "Session");
+    record.Url = GetXmlElement(text, "Url");
+    record.Action = GetXmlElement(text, "Action");
+    record.Postdata = GetXmlElement(text, "Postdata");
+    record.Header = GetXmlElement(text, "Header");
+    record.Frame = GetXmlElement(text, "Frame");
+}
+
+std::string frmBrowser::GetXmlElement(const std::string& text, const std::string& tag)
+{
+    const std::string opening = "<" + tag + ">";
+    const std::size_t begin = FindIgnoringCase(text, opening);
+    if (begin == std::string::npos) return {};
+    const std::size_t value = begin + opening.size();
+    const std::size_t end = FindIgnoringCase(text, "</" + tag + ">", value);
+    return end == std::string::npos ? std::string() : text.substr(value, end - value);
+}
+
+std::string frmBrowser::MakeSessionFileName(const std::string& Url)
+{
+    std::string name;
+    std::size_t count = 0;
+    for (std::size_t position = 0; position < Url.size();) {
+        const char32_t character = NextCharacter(Url, position);
+        if (++count > kDroppedFromName) name += IsAsciiLetterOrDigit(character) ? static_cast<char>(character) : '_';
+    }
+    return name;
+}
+
+std::string frmBrowser::SessionFilePath(const std::string& Url)
+{
+    return gstrSessionPath + platform_.files.Separator() + MakeSessionFileName(Url) + ".xml";
+}
+
+bool frmBrowser::ReadTextFile(const std::string& path, std::string& text)
+{
+    try {
+        const std::string bytes = platform_.files.Read(path);
+        if (bytes.empty()) return false;
+        text = TextOfBytes(bytes);
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+void frmBrowser::WriteTextFile(const std::string& path, const std::string& text)
+{
+    try {
+        platform_.files.Write(path, BytesOfText(text + kLineEnd));
+    } catch (const std::exception&) {
+        // The file that was there still is; the row keeps the new values until the program ends.
+    }
+}
+
+void frmBrowser::WriteSessionFile(const RecordItem& record)
+{
+    WriteTextFile(SessionFilePath(record.Url), BuildSessionXml(record));
+}
+
+}  // namespace velmora

@@ -1,0 +1,87 @@
+#include <exception>
+
+#include "platform/Files.h"
+#include "records/frmHome.h"
+#include "services/frmProxy.h"
+#include "shell/frmBrowser.h"
+
+namespace velmora {
+
+namespace {
+
+bool HoldsOnlyBlanks(const std::string& text) { return text.find_first_not_of(' ') == std::string::npos; }
+
+}  // namespace
+
+void frmBrowser::Form_Load()
+{
+    ProxyDialog();
+    Timer1.Enabled = false;
+    wbMyBrowser.Navigate("about:blank");
+    SetColumns(ListView1);
+    SetColumns(lvwPermanent);
+    glngCurTab = 0;
+    cmdSave.Enabled = false;
+    cmdFill.Enabled = true;
+    PrepareSessionFolder();
+    LoadPermanentSession();
+    SortPermanentList(0);
+    txtUrl.Text = Home().txtHome.Text();
+    cmdPlayback_Click();
+}
+
+void frmBrowser::SetColumns(ListView& list)
+{
+    struct Column {
+        const char* caption;
+        Twips width;
+    };
+    static constexpr Column kColumns[] = {
+        {"Record Name", 3500},         {"Record Type", 1200},
+        {"Destination Address", 3500}, {"Form Action / Originating Address", 3500},
+        {"Post Data", 5000},           {"Header", 1000},
+        {"Target Frame", 1000},
+    };
+    list.ClearColumnHeaders();
+    for (const Column& column : kColumns) list.AddColumnHeader(column.caption, column.width);
+}
+
+void frmBrowser::PrepareSessionFolder()
+{
+    Files& files = platform_.files;
+    gstrSessionPath = files.ProgramFolder() + files.Separator() + "session";
+    try {
+        if (!files.Exists(gstrSessionPath)) files.MakeFolder(gstrSessionPath);
+        if (files.CanWrite(gstrSessionPath)) return;
+    } catch (const std::exception&) {
+        // Whatever stands in the way, what the user has to know is the same.
+    }
+    platform_.dialogs.MsgBox("The session folder cannot be used: " + gstrSessionPath + "\nRecords will not be kept.",
+                             Buttons::Ok, Icon::Exclamation);
+}
+
+void frmBrowser::mnuExit_Click()
+{
+    frmProxy& proxy = ProxyDialog();
+    if (proxy.chkUseProxy.Value() == 1 && !HoldsOnlyBlanks(proxy.txtIP.Text())) {
+        proxy.chkUseProxy.Value = 0;
+        proxy.cmdOK_Click();
+    }
+    if (ListView1.Count() > 0) {
+        const Answer answer = platform_.dialogs.MsgBox(
+            "You have temporary record not saved as permanent yet, do you really want to exit?", Buttons::YesNo);
+        if (answer != Answer::Yes) return;
+    }
+    Visible = false;
+    platform_.dialogs.EndProgram();
+}
+
+ListView& frmBrowser::CurrentRecordList() { return glngCurTab != 0 ? ListView1 : lvwPermanent; }
+
+void frmBrowser::CenterForm(Window& form)
+{
+    form.Left = (platform_.dialogs.ScreenWidth() - form.Width()) / 2;
+    form.Top = (platform_.dialogs.ScreenHeight() - form.Height()) / 2;
+}
+
+}  // namespace velmora
