@@ -1,0 +1,175 @@
+#include "tests/support/LogicHarness.h"
+
+namespace velmora::test {
+
+constexpr char kLogin[] = "http://h/Login.html";
+
+class Playback : public LogicHarness {
+protected:
+    Playback()
+    {
+        site[kLogin] = {.forms = {{"check.cgi", {Text("user"), Submit("go")}}}};
+        site["http://h/check.cgi"] = {.forms = {{"next.cgi", {Text("city"), Submit("on")}}}};
+    }
+
+    void KeepLogin(const std::string& url = kLogin, const std::string& name = "Login", const std::string& user = "anna")
+    {
+        Keep({"Form", name, url, "http://h/check.cgi", "user=" + user + "&go=Send", "", ""});
+    }
+    static std::string Offer(const std::string& name)
+    {
+        return "[Session=" + name + "] Do you want to auto fill-in this form (OkCancel)";
+    }
+};
+
+TEST_F(Playback, TheWholeAddressDecidesWithoutCase)
+{
+    KeepLogin();
+    Restart();
+    SwitchOff(Program().mnuPromptFill);
+    Pick(Program().mnuManualClick);
+    site["http://h/Login.html?x"] = site["HTTP://H/LOGIN.HTML"] = site["http://h/login.html"] = site[kLogin];
+    Follow("http://h/Login.html?x");
+    EXPECT_EQ(Journal(), Lines{});
+    Follow("HTTP://H/LOGIN.HTML");
+    EXPECT_EQ(Journal(), Lines{"user := anna"});
+    Follow("http://h/login.html");
+    EXPECT_EQ(Journal(), Lines{}) << "the address of just before is not filled again";
+    Go(kLogin);
+    EXPECT_EQ(Journal(), Lines{"user := anna"}) << "Go forgets it";
+    Engine().Complete(kLogin);
+    EXPECT_EQ(Journal(), Lines{});
+    Follow("http://h/elsewhere");
+    Pick(Program().mnuNoFill);
+    Go(kLogin);
+    EXPECT_EQ(Journal(), Lines{});
+    EXPECT_EQ(Program().gstrLastFilledUrl, kLogin);
+}
+
+TEST_F(Playback, TwoRowsOfOneAddressAreOfferedInTheListsOrder)
+{
+    KeepLogin(kLogin, "A", "anna");
+    KeepLogin("HTTP://h/login.html", "B", "berta");
+    Restart();
+    dialogs.Answers = {Answer::Cancel, Answer::Ok, Answer::Cancel, Answer::Cancel};
+    Go(kLogin);
+    EXPECT_EQ(Shown(), (Lines{Offer("B"), Offer("A")})) << "start-up sorts downwards";
+    EXPECT_EQ(Journal(), (Lines{"user := anna", "click go"}));
+    Go(kLogin);
+    EXPECT_EQ(Journal(), Lines{});
+    SwitchOff(Program().mnuPromptFill);
+    OpenRecords(0, 1);
+    Program().lvwPermanent.ColumnClick.Raise(Program().lvwPermanent.ColumnHeaders()[0]);
+    Go(kLogin);
+    EXPECT_EQ(Journal().front(), "user := anna") << "the upper row fills, whichever is selected";
+}
+
+TEST_F(Playback, ARecordThatFindsNoFormIsTheLastOneTried)
+{
+    Keep({"Form", "B", kLogin, "http://h/other.cgi", "user=wrong", "", ""});
+    KeepLogin("http://h/LOGIN.html", "A");
+    Restart();
+    SwitchOff(Program().mnuPromptFill);
+    Go(kLogin);
+    EXPECT_EQ(Journal(), Lines{});
+    EXPECT_TRUE(Program().gbRecordArmed) << "a submission by hand is still captured";
+}
+
+TEST_F(Playback, RecordsOfConsecutivePagesPlayAsAChainAndAreNotCaptured)
+{
+    KeepLogin();
+    Keep({"Form", "City", "http://h/check.cgi", "next.cgi", "city=Bonn", "", ""});
+    Restart();
+    SwitchOff(Program().mnuPromptFill);
+    SwitchOn(Program().mnuAutoRecord);
+    Go(kLogin);
+    EXPECT_EQ(Journal(), (Lines{"user := anna", "click go", "city := Bonn", "click on"}));
+    EXPECT_EQ(Engine().Visited.back(), "http://h/next.cgi");
+    EXPECT_EQ(Program().ListView1.Count(), 0);
+}
+
+TEST_F(Playback, APageThatPostsToItselfIsFilledOnce)
+{
+    site[kLogin] = {.forms = {{"", {Text("user"), Submit("go")}}}};
+    Keep({"Form", "Self", kLogin, kLogin, "user=anna", "", ""});
+    site[kLogin].forms[0].action = "Login.html";
+    Restart();
+    SwitchOff(Program().mnuPromptFill);
+    Go(kLogin);
+    EXPECT_EQ(Journal(), (Lines{"user := anna", "click go"}));
+}
+
+TEST_F(Playback, EachFrameHasItsTurn)
+{
+    const PageSketch frame{.forms = {{"check.cgi", {Text("user")}}}, .address = "http://h/inner.html"};
+    site["http://h/set.html"] = {.frames = {{.address = "http://h/menu.html"}, frame}};
+    KeepLogin("http://h/inner.html");
+    Restart();
+    SwitchOff(Program().mnuPromptFill);
+    Pick(Program().mnuManualClick);
+    Go("http://h/set.html");
+    EXPECT_EQ(Journal(), Lines{"user := anna"});
+
+    files.Texts.clear();
+    KeepLogin("http://h/set.html", "Set", "berta");
+    Restart();
+    SwitchOff(Program().mnuPromptFill);
+    Go("http://h/set.html");
+    EXPECT_EQ(Journal(), Lines{"user := berta"}) << "and the set its own, through its frames";
+}
+
+TEST_F(Playback, GoToAsksAndGoes)
+{
+    KeepLogin();
+    Keep({"Bookmark", "Mark", "http://h/news", "http://h/news", "", "", ""});
+    Restart();
+    SwitchOff(Program().mnuAutoHide);
+    Shown();
+    OpenRecords(0, 1);
+    dialogs.Answers = {Answer::No, Answer::Yes};
+    Press(Program().cmdFill);
+    EXPECT_EQ(Program().txtUrl.Text(), "velmora://guide/");
+    Press(Program().cmdFill);
+    EXPECT_EQ(Shown(), Lines(2, "[Address: http://h/news] Do you want to go to this address? (YesNo)"));
+    EXPECT_EQ(Program().txtUrl.Text(), "http://h/news");
+
+    dialogs.Answers = {Answer::Yes, Answer::Cancel};
+    SwitchOn(Program().mnuAutoHide);
+    OpenRecords(0, 2);
+    Press(Program().cmdFill);
+    Engine().Deliver();
+    EXPECT_EQ(Shown(),
+              (Lines{"[Address: http://h/Login.html] Do you want to go to this form? (YesNo)", Offer("Login")}));
+    EXPECT_TRUE(Program().mnuHideRecord.Checked());
+}
+
+TEST_F(Playback, AutoClickTakesTheFirstImageButtonBehindARecordedText)
+{
+    constexpr char kUnable[] = "System is unable to do auto-click, please perform click manually!";
+    const FormSketch form{"check.cgi", {Text("User")}};
+    const FormSketch search{"s.cgi", {Image("find", "f.png")}};
+    const struct {
+        const char* what;
+        PageSketch page;
+        std::string post;
+        std::string clicked;
+    } table[] = {
+        {"in another form", {.forms = {form, search}}, "user=a", "find"},
+        {"in front of the field", {.forms = {search, form}}, "user=a", ""},
+        {"in front and behind", {.forms = {search, form}, .after = {Image("go", "g.png")}}, "user=a", "go"},
+        {"without a source", {.forms = {form}, .after = {Image("e", ""), Image("go", "g.png")}}, "user=a", "go"},
+        {"no text field", {.forms = {{"check.cgi", {Password("user")}}, search}}, "user=a", ""},
+        {"an encoded name", {.forms = {form, search}}, "%75ser=a", ""},
+    };
+    for (const auto& [what, page, post, clicked] : table) {
+        const auto document = std::make_shared<MemoryDocument>(page);
+        Program().StatusBar1.Panels(1).Text = "";
+        std::string action = "check.cgi";
+        std::string data = post;
+        Program().ProcessForm("WRITE", *document, action, data);
+        EXPECT_EQ(document->Log->back(), clicked.empty() ? document->Log->front() : "click " + clicked) << what;
+        EXPECT_EQ(Status(), clicked.empty() ? kUnable : "") << what;
+    }
+}
+
+}  // namespace velmora::test

@@ -1,0 +1,109 @@
+#include "editor/frmEdit.h"
+#include "tests/support/LogicHarness.h"
+
+namespace velmora::test {
+
+class RecordEditor : public LogicHarness {
+protected:
+    static std::string Pairs(int count)
+    {
+        std::string s;
+        for (int i = 0; i < count; ++i) s += (i ? "&f" : "f") + std::to_string(i) + "=v" + std::to_string(i);
+        return s;
+    }
+
+    /// A permanent record of this post data, selected.
+    void Open(const std::string& post)
+    {
+        Keep({"Form", "Login", "http://h/p", "http://h/a.cgi", post, "H: 1\r\n", "main"});
+        Restart();
+        OpenRecords(0, 1);
+    }
+    void Edit(const std::function<void(frmEdit&)>& visit)
+    {
+        dialogs.Visits.push_back([visit](Window& window) { visit(dynamic_cast<frmEdit&>(window)); });
+        Press(Program().cmdEdit);
+    }
+    std::string Post() { return Program().lvwPermanent.Item(1).SubItem("Postdata"); }
+};
+
+TEST_F(RecordEditor, ShowsAsManyFieldsAsThereAre)
+{
+    for (const int count : {60, 20, 1, 61}) {
+        Open(Pairs(count));
+        Edit([count](frmEdit& editor) {
+            EXPECT_EQ(editor.Caption(), "Edit Permanent Record Session");
+            EXPECT_FALSE(editor.cmdPermanentOK.Enabled() || editor.txtUrl.Enabled() || editor.txtAction.Enabled());
+            for (int i = 0; i < 60; ++i) {
+                const auto n = static_cast<std::size_t>(i);
+                const bool real = i < count;
+                EXPECT_EQ(editor.lblName[n].Caption(), real ? "f" + std::to_string(i) : "Blank") << i;
+                EXPECT_EQ(editor.txtValue[n].Text(), real ? "v" + std::to_string(i) : "") << i;
+                EXPECT_EQ(editor.txtValue[n].Enabled(), real) << i;
+                EXPECT_EQ(editor.txtValue[n].Page, i / 20) << i;
+            }
+        });
+        EXPECT_EQ(Status(), "Modification is cancelled!");
+        EXPECT_EQ(Post(), Pairs(count));
+    }
+}
+
+TEST_F(RecordEditor, SavesToRowAndFile)
+{
+    Open("us%65r=anna+b&pass=%2B&Blank=&flag&last=1");
+    Edit([](frmEdit& editor) {
+        EXPECT_EQ(editor.lblName[0].Caption(), "us%65r");
+        EXPECT_EQ(editor.txtValue[0].Text(), "anna b");
+        editor.txtSession.Text = "";
+        editor.txtValue[2].Text = "  é&日 ";
+        editor.txtValue[3].Text = "";
+        Press(editor.cmdOK);
+    });
+    EXPECT_EQ(Rows(Program().lvwPermanent),
+              Lines{" | Form | http://h/p | http://h/a.cgi | us%65r=anna%20b&pass=&Blank=%E9%26%u65E5&last= | "
+                    "H: 1\r\n | main"});
+    EXPECT_EQ(Status(), "Record session is modified!");
+    EXPECT_NE(SessionFile("h_p.xml").find("Blank=%E9%26%u65E5&last=</Postdata>"), std::string::npos);
+    EXPECT_EQ(Program().lvwPermanent.Item(1).Key(), "http://h/p");
+    Edit([](frmEdit& editor) {
+        EXPECT_EQ(editor.txtValue[2].Text(), "é&日");
+        editor.txtValue[2].Text = "dropped";
+        Press(editor.cmdCancel);
+    });
+    Edit([](frmEdit& editor) { EXPECT_EQ(editor.txtValue[2].Text(), "é&日"); });
+}
+
+TEST_F(RecordEditor, MovesATemporaryRecordWithItsNewValues)
+{
+    Open("a=old");
+    frmBrowser::AddRecordItem(Program().ListView1, {"Form", "Session1", "http://h/P", "x", "a=1", "", ""});
+    OpenRecords(1, 1);
+    Edit([](frmEdit& editor) {
+        EXPECT_EQ(editor.Caption(), "Edit Temporary Record Session");
+        editor.txtValue[0].Text = "2";
+        Press(editor.cmdOK);
+    });
+    EXPECT_EQ(Program().ListView1.Item(1).SubItem("Postdata"), "a=2");
+    EXPECT_EQ(SessionFiles(), Lines{"h_p.xml"}) << "a change of a temporary record writes nothing";
+    Edit([](frmEdit& editor) { Press(editor.cmdPermanentOK); });
+    EXPECT_EQ(Program().ListView1.Count(), 0);
+    EXPECT_EQ(Rows(Program().lvwPermanent), Lines{"Session1 | Form | http://h/P | x | a=2"});
+    EXPECT_EQ(SessionFiles(), (Lines{"h_P.xml", "h_p.xml"}));
+}
+
+TEST_F(RecordEditor, ARecordWithoutFieldsKeepsItsPostData)
+{
+    Open("a=1&b=2");
+    Edit([](frmEdit&) {});
+    Open("no pair");
+    Edit([](frmEdit& editor) {
+        EXPECT_EQ(editor.lblName[0].Caption(), "Blank") << "no field of another record shows";
+        EXPECT_FALSE(editor.txtValue[0].Enabled());
+        editor.txtSession.Text = "Renamed";
+        Press(editor.cmdOK);
+    });
+    EXPECT_EQ(Program().lvwPermanent.Item(1).Text(), "Renamed");
+    EXPECT_EQ(Post(), "no pair");
+}
+
+}  // namespace velmora::test

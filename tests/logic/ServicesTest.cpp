@@ -1,0 +1,131 @@
+#include "services/frmProxy.h"
+#include "tests/support/LogicHarness.h"
+
+namespace velmora::test {
+
+class Popups : public LogicHarness {
+protected:
+    /// A page asks for a window; whether it was refused, and what panel 2 says.
+    std::string Ask()
+    {
+        bool cancel = false;
+        Program().wbMyBrowser.NewWindow2.Raise(cancel);
+        return (cancel ? "refused: " : "let through: ") + Program().StatusBar1.Panels(2).Text();
+    }
+};
+
+TEST_F(Popups, AreAskedAboutUntilTheyAreBlocked)
+{
+    EXPECT_EQ(Program().StatusBar1.Panels(2).Text(), "");
+    dialogs.Answers = {Answer::Yes, Answer::Yes, Answer::No};
+    EXPECT_EQ(Ask(), "refused: 1 Pop-up is blocked");
+    EXPECT_EQ(Ask(), "refused: 2 Pop-up is blocked");
+    EXPECT_EQ(Ask(), "let through: Pop-up is not blocked");
+    EXPECT_EQ(Shown(), Lines(3, "Pop-up window is required, do you want to block pop-up? (YesNo)"));
+    SwitchOn(Program().mnuBlock);
+    EXPECT_EQ(Ask(), "refused: 3 Pop-up is blocked");
+    SwitchOff(Program().mnuBlock);
+    dialogs.Answers = {Answer::Yes};
+    EXPECT_EQ(Ask(), "refused: 4 Pop-up is blocked");
+}
+
+class ProxySetting : public LogicHarness {
+protected:
+    frmProxy& Dialog() { return Program().ProxyDialog(); }
+    /// The user fills in the dialog and presses OK or Cancel.
+    void Set(const std::string& ip, const std::string& port, bool use, bool ok = true)
+    {
+        dialogs.Visits.push_back([=, this](Window& window) {
+            EXPECT_EQ(&window, &Dialog());
+            Dialog().txtIP.Text = ip;
+            Dialog().txtPort.Text = port;
+            Dialog().chkUseProxy.Value = use ? 1 : 0;
+            Press(ok ? Dialog().cmdOK : Dialog().cmdCancel);
+        });
+        Pick(Program().mnuProxy);
+    }
+    static constexpr char kSet[] = "[IE Proxy Settings] The IE proxy settings was updated sucsessfully. (i)";
+    static constexpr char kCleared[] = "[IE Proxy Settings] IE Proxy settings was cleared. (i)";
+    static constexpr char kRefused[] = "[IE Proxy Settings] Unable to update the IE proxy settings. (!)";
+};
+
+TEST_F(ProxySetting, IsAppliedClearedOrRefused)
+{
+    EXPECT_EQ(Dialog().chkUseProxy.Value(), 1);
+    EXPECT_FALSE(Dialog().cmdProxy.Visible());
+    Set("host", "80", true);
+    Set("", "", true);
+    Set("host", "80", false);
+    proxy.Accepts = false;
+    Set("host", "81", true);
+    EXPECT_EQ(proxy.Calls, (Lines{"3 http=host:80", "3 http=:", "1 http=host:80", "3 http=host:81"}));
+    const std::string dialog = "dialog Proxy Setting";
+    EXPECT_EQ(Shown(), (Lines{dialog, kSet, dialog, kSet, dialog, kCleared, dialog, kRefused}));
+    EXPECT_FALSE(Dialog().Visible());
+    Set("draft", "1", true, false);
+    EXPECT_EQ(proxy.Calls.size(), 4u);
+    EXPECT_EQ(Dialog().txtIP.Text(), "draft") << "Cancel keeps what the boxes hold";
+}
+
+TEST_F(ProxySetting, IsResetAtExit)
+{
+    const struct {
+        const char* what;
+        std::string ip;
+        int use;
+        Lines calls;
+    } table[] = {
+        {"never used", "", 1, {}},
+        {"only blanks", "   ", 1, {}},
+        {"switched off", "host", 0, {}},
+        {"in use", " host ", 1, {"1 http= host :80"}},
+    };
+    for (const auto& [what, ip, use, calls] : table) {
+        Restart();
+        proxy.Calls.clear();
+        Shown();
+        Dialog().txtIP.Text = ip;
+        Dialog().txtPort.Text = "80";
+        Dialog().chkUseProxy.Value = use;
+        Pick(Program().mnuExit);
+        EXPECT_EQ(proxy.Calls, calls) << what;
+        EXPECT_EQ(Shown(), calls.empty() ? Lines{} : Lines{kCleared}) << what;
+        EXPECT_TRUE(std::exchange(dialogs.Ended, false)) << what;
+    }
+}
+
+TEST_F(ProxySetting, StaysResetWhenTheUserStaysAfterAll)
+{
+    frmBrowser::AddRecordItem(Program().ListView1, {"Form", "t", "http://h/", "", "", "", ""});
+    Dialog().txtIP.Text = "host";
+    constexpr char kReally[] =
+        "You have temporary record not saved as permanent yet, do you really want to exit? (YesNo)";
+    dialogs.Answers = {Answer::No, Answer::Yes};
+    Pick(Program().mnuExit);
+    EXPECT_FALSE(dialogs.Ended);
+    EXPECT_EQ(Dialog().chkUseProxy.Value(), 0);
+    Program().CloseRequested.Raise();
+    EXPECT_TRUE(dialogs.Ended) << "the close box asks as well";
+    EXPECT_EQ(Shown(), (Lines{kCleared, kReally, kReally}));
+    EXPECT_EQ(proxy.Calls.size(), 1u);
+}
+
+TEST_F(ProxySetting, ServersAreHandedOutOnce)
+{
+    proxyTable.Servers = {
+        {"used", "1", "Y"}, {"one", "80", "N"}, {"never", "9", std::nullopt}, {"", "81", ""}, {"a:b", "82", "y"}};
+    const auto press = [&] {
+        Dialog().cmdProxy.Click.Raise();
+        return Dialog().txtIP.Text() + " " + Dialog().txtPort.Text();
+    };
+    EXPECT_EQ(press(), "one 80");
+    EXPECT_EQ(press(), " 81");
+    EXPECT_EQ(press(), "a b:82");
+    EXPECT_EQ(press(), "a b:82") << "no free server, no change";
+    EXPECT_EQ(proxyTable.Calls.front(), "/app/proxyserver.mdb: select * from tblProxy where used <> 'Y'");
+    proxyTable.Missing = true;
+    EXPECT_EQ(press(), "a b:82");
+    EXPECT_EQ(Shown(), Lines{});
+}
+
+}  // namespace velmora::test

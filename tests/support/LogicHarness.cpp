@@ -1,0 +1,125 @@
+#include "tests/support/LogicHarness.h"
+
+#include <utility>
+
+namespace velmora::test {
+
+LogicHarness::LogicHarness()
+{
+    Start();
+    dialogs.Shown.clear();
+}
+
+LogicHarness::~LogicHarness()
+{
+    EXPECT_EQ(dialogs.Unanswered, 0) << "a question came that the test did not expect";
+    EXPECT_TRUE(dialogs.Answers.empty()) << "a question that the test expected did not come";
+    EXPECT_TRUE(dialogs.Visits.empty()) << "a dialog that the test expected did not come";
+}
+
+void LogicHarness::Start()
+{
+    program_ = std::make_unique<frmBrowser>(Platform{dialogs, files, proxy, proxyTable});
+    engine_ = std::make_unique<MemoryBrowser>(program_->wbMyBrowser);
+    engine_->Site = site;
+    dialogs.PendingEvents = [this] { engine_->Deliver(); };
+    program_->Form_Load();
+    statusAtStart = Status();
+    program_->Visible = true;
+    program_->Form_Resize();
+    engine_->Deliver();
+}
+
+void LogicHarness::Restart()
+{
+    dialogs.PendingEvents = nullptr;
+    engine_.reset();
+    program_.reset();
+    Start();
+}
+
+void LogicHarness::Press(CommandButton& button)
+{
+    ASSERT_TRUE(button.Enabled() && button.Visible()) << button.Name << " cannot be pressed";
+    button.Click.Raise();
+}
+
+void LogicHarness::SwitchOn(MenuItem& item)
+{
+    if (!item.Checked()) Pick(item);
+    ASSERT_TRUE(item.Checked());
+}
+
+void LogicHarness::SwitchOff(MenuItem& item)
+{
+    if (item.Checked()) Pick(item);
+    ASSERT_FALSE(item.Checked());
+}
+
+void LogicHarness::Go(const std::string& url)
+{
+    Engine().Site = site;
+    Program().txtUrl.Text = url;
+    Press(Program().cmdPlayback);
+    Engine().Deliver();
+}
+
+void LogicHarness::Follow(const std::string& url)
+{
+    Engine().Site = site;
+    Engine().Begin(MemoryBrowser::Navigation{.url = url});
+    Engine().Deliver();
+}
+
+void LogicHarness::SubmitForm(const std::string& button, int form)
+{
+    Engine().Submit(form, button);
+    Engine().Deliver();
+}
+
+void LogicHarness::OpenRecords(int tab, int row)
+{
+    SwitchOff(Program().mnuHideRecord);
+    Program().SSTab1.Tab = tab;
+    if (row > 0) Program().CurrentRecordList().Select(&Program().CurrentRecordList().Item(row));
+}
+
+std::string LogicHarness::Row(const ListItem& row)
+{
+    std::string line = row.Text();
+    for (const char* key : {"Type", "Url", "Action", "Postdata", "Header", "Frame"}) line += " | " + row.SubItem(key);
+    while (line.ends_with(" | ")) line.resize(line.size() - 3);
+    return line;
+}
+
+Lines LogicHarness::Rows(ListView& list)
+{
+    Lines rows;
+    for (int i = 1; i <= list.Count(); ++i) rows.push_back(Row(list.Item(i)));
+    return rows;
+}
+
+Lines LogicHarness::Journal() { return std::exchange(*Engine().Log, {}); }
+Lines LogicHarness::Shown() { return std::exchange(dialogs.Shown, {}); }
+
+std::string LogicHarness::SessionFile(const std::string& name) const
+{
+    const auto found = files.Texts.find("/app/session/" + name);
+    return found == files.Texts.end() ? "none" : found->second;
+}
+
+Lines LogicHarness::SessionFiles() const
+{
+    Lines names;
+    for (const auto& [path, text] : files.Texts) names.push_back(path.substr(std::string("/app/session/").size()));
+    return names;
+}
+
+void LogicHarness::Keep(const RecordItem& record)
+{
+    files.Folders.insert("/app/session");
+    files.Texts["/app/session/" + frmBrowser::MakeSessionFileName(record.Url) + ".xml"] =
+        frmBrowser::BuildSessionXml(record) + "\r\n";
+}
+
+}  // namespace velmora::test

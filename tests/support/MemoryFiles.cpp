@@ -1,0 +1,59 @@
+#include "tests/support/MemoryFiles.h"
+
+namespace velmora::test {
+
+void MemoryFiles::MakeFolder(const std::string& path)
+{
+    if (ReadOnly || Exists(path)) throw FileError("cannot make " + path);
+    Folders.insert(path);
+}
+
+std::vector<FileEntry> MemoryFiles::List(const std::string& folder)
+{
+    if (!Folders.contains(folder)) throw FileError("no folder " + folder);
+    std::vector<FileEntry> files;
+    for (const auto& [path, text] : Texts) {
+        const auto name = path.rfind('/') + 1;
+        if (path.substr(0, name - 1) == folder) files.push_back({path.substr(name), text.size()});
+    }
+    return files;
+}
+
+std::string MemoryFiles::Read(const std::string& path)
+{
+    const auto found = Texts.find(path);
+    if (found == Texts.end() || Locked.contains(path)) throw FileError("cannot read " + path);
+    return found->second;
+}
+
+void MemoryFiles::Write(const std::string& path, const std::string& bytes)
+{
+    if (ReadOnly || !Folders.contains(path.substr(0, path.rfind('/')))) throw FileError("cannot write " + path);
+    Texts[path] = bytes;
+}
+
+void MemoryFiles::Delete(const std::string& path)
+{
+    if (ReadOnly) throw FileError("cannot delete " + path);
+    Texts.erase(path);
+}
+
+bool MemoryProxy::SetProxy(ProxyAccess access, const std::string& proxyText)
+{
+    Calls.push_back(std::to_string(static_cast<int>(access)) + " " + proxyText);
+    return Accepts;
+}
+
+std::optional<ProxyTable::Row> MemoryProxyTable::TakeFirst(const std::string& path, const std::string& query,
+                                                           const std::string& mark)
+{
+    Calls.push_back(path + ": " + query);
+    if (Missing) throw ProxyTableError("no database");
+    const auto free = std::find_if(Servers.begin(), Servers.end(),
+                                   [&](const Server& server) { return server.used && *server.used != mark; });
+    if (free == Servers.end()) return std::nullopt;
+    free->used = mark;
+    return Row{free->ip, free->port};
+}
+
+}  // namespace velmora::test

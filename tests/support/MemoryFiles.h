@@ -1,0 +1,59 @@
+// A file system held in memory, and what else the program is handed.
+#pragma once
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/Files.h"
+#include "platform/Proxy.h"
+#include "platform/ProxyTable.h"
+
+namespace velmora::test {
+
+class MemoryFiles : public Files {
+public:
+    std::string ProgramFolder() override { return "/app"; }
+    std::string Separator() override { return "/"; }
+    bool Exists(const std::string& path) override { return Folders.contains(path) || Texts.contains(path); }
+    void MakeFolder(const std::string& path) override;
+    bool CanWrite(const std::string& folder) override { return !ReadOnly && Folders.contains(folder); }
+    std::vector<FileEntry> List(const std::string& folder) override;
+    std::string Read(const std::string& path) override;
+    void Write(const std::string& path, const std::string& bytes) override;
+    void Delete(const std::string& path) override;
+
+    std::map<std::string, std::string> Texts;  ///< Bytes by path.
+    std::set<std::string> Folders{"/app"};
+    std::set<std::string> Locked;  ///< Files that cannot be read.
+    bool ReadOnly = false;         ///< Every write and deletion fails.
+};
+
+class MemoryProxy : public Proxy {
+public:
+    bool SetProxy(ProxyAccess access, const std::string& proxyText) override;
+
+    bool Accepts = true;
+    std::vector<std::string> Calls;  ///< "3 http=host:80" for a proxy, "1 ..." for none.
+};
+
+/// Rows of the table, of which the query of the program takes the first free one.
+class MemoryProxyTable : public ProxyTable {
+public:
+    struct Server {
+        std::string ip;
+        std::string port;
+        std::optional<std::string> used;
+    };
+
+    std::optional<Row> TakeFirst(const std::string& path, const std::string& query, const std::string& mark) override;
+
+    std::vector<Server> Servers;
+    bool Missing = false;
+    std::vector<std::string> Calls;  ///< "path: query".
+};
+
+}  // namespace velmora::test

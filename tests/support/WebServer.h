@@ -1,0 +1,63 @@
+// A web server for tests, on this machine alone. It runs in the main context of the thread that made
+// it and answers while that context runs; nothing here waits. Every request is kept, in the order in
+// which the requests came.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace velmora::test {
+
+struct Request {
+    std::string Method;
+    std::string Path;     ///< As sent, escapes included, without the query.
+    std::string Query;    ///< As sent, without the "?"; empty if there is none.
+    std::string Headers;  ///< "Name: value", each line ended by CR LF, in the order sent.
+    std::string Body;     ///< The bytes of the body.
+
+    /// The value of a header, letter case of the name ignored; empty if there is none.
+    std::string Header(const std::string& name) const;
+};
+
+struct Response {
+    std::string Body;
+    std::string ContentType = "text/html; charset=utf-8";
+    int Status = 200;
+    std::vector<std::pair<std::string, std::string>> Headers;
+    int DelayMs = 0;  ///< The answer waits that long, others go ahead of it.
+};
+
+class WebServer {
+public:
+    enum class Scheme { Http, Https };
+    using Handle = std::function<Response(const Request&)>;
+
+    /// Listens on a free port. With Https the certificate is self-signed, so that nobody trusts it.
+    /// Throws std::runtime_error if it cannot be had. A second server is a second origin.
+    explicit WebServer(Scheme scheme = Scheme::Http);
+    /// Requests under way are answered with 404 or not at all; no handler is called any more.
+    ~WebServer();
+    WebServer(const WebServer&) = delete;
+    WebServer& operator=(const WebServer&) = delete;
+
+    /// Serves a page at a path, in place of what was there. A path without a page gives 404.
+    void Page(const std::string& path, std::string html, std::string contentType = "text/html; charset=utf-8");
+    /// Lets a function answer for a path, for every method. One that throws gives 500.
+    void Handler(const std::string& path, Handle handle);
+
+    /// The whole address of a path. "localhost" as the host gives the same page on another site.
+    std::string Url(const std::string& path, const std::string& host = "127.0.0.1") const;
+
+    const std::vector<Request>& Requests() const;
+    std::vector<Request> RequestsTo(const std::string& path) const;
+    void ForgetRequests();
+
+private:
+    struct State;
+    std::shared_ptr<State> state_;
+};
+
+}  // namespace velmora::test
