@@ -1,0 +1,30 @@
+#include "platform/desktop/ControlSlot.h"
+
+#include "platform/desktop/Accessible.h"
+#include "platform/desktop/DisplayText.h"
+
+namespace velmora {
+
+ControlSlot::ControlSlot(Control& control, Gtk::Widget& view, Gtk::Widget& widget, ViewContext& context)
+    : Glib::ObjectBase("velmora_ControlSlot"), Clip(view), control_(control), context_(context)
+{
+    widget.set_name(control.Name);
+    if (!control.AccessibleName.empty()) SetAccessibleName(widget, DisplayText(control.AccessibleName));
+    set_visible(control.Visible());
+    view.set_sensitive(control.Enabled());
+
+    for (velmora::Property<Twips>* edge : {&control.Left, &control.Top, &control.Width, &control.Height}) {
+        subscriptions_.push_back(edge->Changed.Connect([this] { Replace(); }));
+    }
+    subscriptions_.push_back(control.Visible.Changed.Connect([this] { set_visible(control_.Visible()); }));
+    subscriptions_.push_back(control.Enabled.Changed.Connect([this] { child_.set_sensitive(control_.Enabled()); }));
+    subscriptions_.push_back(control.FocusRequested.Connect([this, &widget] { context_.MoveFocus(widget); }));
+}
+
+void ControlSlot::Replace()
+{
+    // While sizes are being given out the new place is read in the same pass.
+    if (Gtk::Widget* area = get_parent(); area && !context_.allocating) area->queue_allocate();
+}
+
+}  // namespace velmora

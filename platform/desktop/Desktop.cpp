@@ -1,0 +1,140 @@
+#include "platform/desktop/Desktop.h"
+
+#include <algorithm>
+#include <clocale>
+#include <stdexcept>
+
+#include <gdkmm/display.h>
+#include <gdkmm/monitor.h>
+#include <gtk/gtk.h>
+#include <gtkmm/cssprovider.h>
+#include <gtkmm/init.h>
+#include <gtkmm/stylecontext.h>
+
+#include "desktop_files.h"
+#include "platform/desktop/DialogView.h"
+#include "platform/desktop/MessageBox.h"
+#include "platform/desktop/Pixels.h"
+
+namespace velmora {
+namespace {
+
+void LoadStyle()
+{
+    auto style = Gtk::CssProvider::create();
+    style->load_from_data(std::string(desktop_files::Find("velmora.css")));
+    Gtk::StyleContext::add_provider_for_display(Gdk::Display::get_default(), style,
+                                                GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+}
+
+/// The screen's size in pixels.
+Gdk::Rectangle Screen()
+{
+    Gdk::Rectangle size(0, 0, 1024, 768);
+    const auto monitors = Gdk::Display::get_default()->get_monitors();
+    const auto monitor = std::dynamic_pointer_cast<Gdk::Monitor>(monitors->get_object(0));
+    if (monitor) monitor->get_geometry(size);
+    return size;
+}
+
+}  // namespace
+
+Desktop::Desktop()
+{
+    g_set_prgname("velmora");
+    if (!gtk_init_check()) {
+        throw std::runtime_error("Velmora needs a desktop to show its window on, and none can be reached.");
+    }
+    // The toolkit has taken over the user's locale; files and texts must not get its decimal comma.
+    std::setlocale(LC_NUMERIC, "C");
+    Gtk::init_gtkmm_internals();
+    LoadStyle();
+    loop_ = Glib::MainLoop::create();
+}
+
+int Desktop::Run()
+{
+    if (!hasEnded_) loop_->run();
+    return 0;
+}
+
+Answer Desktop::MsgBox(const std::string& text, Buttons buttons, Icon icon, const std::string& title)
+{
+    Answer answer = MessageBox::SafeAnswer(buttons);
+    if (hasEnded_) return answer;
+    NestedLoop loop;
+    MessageBox box(text, buttons, icon, title.empty() ? "Velmora" : title, Screen());
+    box.Answered = [&](Answer given) {
+        if (!loop.IsFinished()) answer = given;
+        loop.Finish();
+    };
+    if (Gtk::Window* parent = Foremost()) box.set_transient_for(*parent);
+    box.set_modal(true);
+    box.present();
+    Hold({box, nullptr, loop});
+    return answer;
+}
+
+void Desktop::ShowModal(velmora::Window& dialog)
+{
+    if (hasEnded_) return;
+    for (const OpenWindow& window : open_) {
+        if (window.dialog != &dialog) continue;
+        window.surface.present();
+        return;
+    }
+    NestedLoop loop;
+    DialogView view(dialog);
+    const Subscription hidden = dialog.Visible.Changed.Connect([&] {
+        if (!dialog.Visible()) loop.Finish();
+    });
+    dialog.Visible = true;
+    view.Show(Foremost());
+    Hold({view.Surface(), &dialog, loop});
+    dialog.Visible = false;
+}
+
+void Desktop::DoEvents()
+{
+    // Events may bring new events for ever; what asked for this has its own work to go on with.
+    constexpr int kMostEvents = 100;
+    const auto context = Glib::MainContext::get_default();
+    for (int i = 0; i < kMostEvents && !hasEnded_ && context->pending(); ++i) context->iteration(false);
+}
+
+Twips Desktop::ScreenWidth() { return static_cast<Twips>(Screen().get_width()) * kTwipsPerPixel; }
+
+Twips Desktop::ScreenHeight() { return static_cast<Twips>(Screen().get_height()) * kTwipsPerPixel; }
+
+void Desktop::EndProgram()
+{
+    hasEnded_ = true;
+    CloseAll();
+    loop_->quit();
+}
+
+void Desktop::SetMainWindow(Gtk::Window* window)
+{
+    mainWindow_ = window;
+    if (!window) CloseAll();
+}
+
+Gtk::Window* Desktop::Foremost() const
+{
+    if (!open_.empty()) return &open_.back().surface;
+    return mainWindow_ && mainWindow_->get_visible() ? mainWindow_ : nullptr;
+}
+
+void Desktop::Hold(const OpenWindow& window)
+{
+    open_.push_back(window);
+    window.loop.Run();
+    open_.pop_back();
+}
+
+void Desktop::CloseAll()
+{
+    for (const OpenWindow& window : open_) window.loop.Finish();
+}
+
+}  // namespace velmora

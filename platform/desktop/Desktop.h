@@ -1,0 +1,55 @@
+// The desktop that the program runs on: its main loop, message boxes, modal dialogs, the screen.
+#pragma once
+
+#include <vector>
+
+#include <gtkmm/window.h>
+
+#include "platform/Dialogs.h"
+#include "platform/desktop/NestedLoop.h"
+
+namespace velmora {
+
+class Desktop : public Dialogs {
+public:
+    /// Connects to the desktop. Throws std::runtime_error if there is none to show windows on.
+    Desktop();
+
+    /// Handles events until EndProgram, and gives the program's exit code. Returns at once if the
+    /// program was ended already.
+    int Run();
+
+    /// Handlers that wait for the user are held in a main loop of their own. Once the program has
+    /// ended, a box gives its safe answer at once and a dialog is hidden again.
+    Answer MsgBox(const std::string& text, Buttons buttons, Icon icon, const std::string& title) override;
+    /// Does nothing for a dialog that is open already, but brings it to the front.
+    void ShowModal(velmora::Window& dialog) override;
+    void DoEvents() override;
+    Twips ScreenWidth() override;
+    Twips ScreenHeight() override;
+    void EndProgram() override;
+
+    /// The window that boxes and dialogs belong to. Null when it goes: what is open then is closed,
+    /// boxes with their safe answer.
+    void SetMainWindow(Gtk::Window* window);
+    bool IsDialogOpen() const { return !open_.empty(); }
+
+private:
+    struct OpenWindow {
+        Gtk::Window& surface;
+        velmora::Window* dialog;  ///< Null for a message box.
+        NestedLoop& loop;
+    };
+
+    /// The window that a new box or dialog is to stand in front of; null if there is none to see.
+    Gtk::Window* Foremost() const;
+    void Hold(const OpenWindow& window);
+    void CloseAll();
+
+    Glib::RefPtr<Glib::MainLoop> loop_;
+    Gtk::Window* mainWindow_ = nullptr;
+    std::vector<OpenWindow> open_;
+    bool hasEnded_ = false;
+};
+
+}  // namespace velmora

@@ -1,0 +1,126 @@
+#include "platform/desktop/ListModel.h"
+
+#include <algorithm>
+
+#include <glibmm/main.h>
+#include <gtkmm/bitset.h>
+
+namespace velmora {
+
+Glib::RefPtr<velmora::ListModel> ListModel::Create(velmora::ListView& list)
+{
+    return Glib::make_refptr_for_instance<velmora::ListModel>(new velmora::ListModel(list));
+}
+
+ListModel::ListModel(velmora::ListView& list)
+    : Glib::ObjectBase("velmora_ListModel"), list_(list), announced_(static_cast<guint>(list.Count()))
+{
+    rows_ = list.RowsChanged.Connect([this](int position, int gone, int added) {
+        OnRowsChanged(static_cast<guint>(position), static_cast<guint>(gone), static_cast<guint>(added));
+    });
+    selection_ = list.SelectionChanged.Connect([this] {
+        // Which rows lost and won the mark is not told; only those in sight are looked at again.
+        if (announced_ > 0) selection_changed(0, announced_);
+    });
+}
+
+void ListModel::OnRowsChanged(guint position, guint gone, guint added)
+{
+    const bool isAtEnd = gone == 0 && position >= announced_;
+    if (isAtEnd) {
+        AnnounceSoon();
+        return;
+    }
+    later_.disconnect();
+    const auto count = static_cast<guint>(list_.Count());
+    const guint before = announced_;
+    announced_ = count;
+    if (before + added == count + gone) {
+        items_changed(position, gone, added);
+    } else {
+        // Some rows at the end were not told yet: all behind the change is told anew.
+        const guint first = std::min(position, before);
+        items_changed(first, before - first, count - first);
+    }
+}
+
+void ListModel::AnnounceSoon()
+{
+    constexpr auto kPause = std::chrono::milliseconds(50);
+    if (later_.connected()) return;
+    if (std::chrono::steady_clock::now() - lastAnnouncement_ > kPause) {
+        Announce();
+        return;
+    }
+    const auto announce = [this] {
+        Announce();
+        return false;
+    };
+    later_ = Glib::signal_timeout().connect(announce, static_cast<unsigned>(kPause.count()));
+}
+
+void ListModel::Announce()
+{
+    lastAnnouncement_ = std::chrono::steady_clock::now();
+    const guint before = announced_;
+    announced_ = static_cast<guint>(list_.Count());
+    if (announced_ > before) items_changed(before, 0, announced_ - before);
+}
+
+GType ListModel::get_item_type_vfunc() { return G_TYPE_OBJECT; }
+
+guint ListModel::get_n_items_vfunc() { return announced_; }
+
+gpointer ListModel::get_item_vfunc(guint position)
+{
+    ListItem* row = RowAt(position);
+    // The caller takes over the reference that the new object is born with.
+    return row ? (new RowObject(*row))->gobj() : nullptr;
+}
+
+bool ListModel::is_selected_vfunc(guint position) const
+{
+    const ListItem* row = RowAt(position);
+    return row && row == list_.SelectedItem();
+}
+
+Glib::RefPtr<const Gtk::Bitset> ListModel::get_selection_vfunc(guint position, guint count)
+{
+    auto selection = Gtk::Bitset::create();
+    const guint end = position + std::min(count, announced_ - std::min(position, announced_));
+    for (guint i = position; list_.SelectedItem() && i < end; ++i) {
+        if (!is_selected_vfunc(i)) continue;
+        selection->add(i);
+        break;
+    }
+    return selection;
+}
+
+bool ListModel::select_item_vfunc(guint position, bool)
+{
+    ListItem* row = RowAt(position);
+    if (row) list_.Select(row);
+    return row != nullptr;
+}
+
+bool ListModel::unselect_item_vfunc(guint position)
+{
+    if (!is_selected_vfunc(position)) return false;
+    list_.Select(nullptr);
+    return true;
+}
+
+bool ListModel::unselect_all_vfunc()
+{
+    list_.Select(nullptr);
+    return true;
+}
+
+ListItem* ListModel::RowAt(guint position) const
+{
+    // A row that is gone from the list may still be announced while its going is being told.
+    if (position >= announced_ || position >= static_cast<guint>(list_.Count())) return nullptr;
+    return &list_.Item(static_cast<int>(position) + 1);
+}
+
+}  // namespace velmora

@@ -1,0 +1,66 @@
+// The rows of a list as the toolkit asks for them: an object for a row is made only while the row is
+// in sight. Rows that are added one by one in a rush are told in batches: the toolkit goes through all
+// of its rows at each of them, which takes a list of 100,000 minutes. The selection is the list's own,
+// so that there is no second one to keep in step.
+#pragma once
+
+#include <chrono>
+
+#include <giomm/listmodel.h>
+#include <gtkmm/selectionmodel.h>
+#include <sigc++/connection.h>
+
+#include "platform/ListView.h"
+
+namespace velmora {
+
+/// A row on its way to the screen. It must not be used once its row is gone from the list.
+class RowObject : public Glib::Object {
+public:
+    explicit RowObject(ListItem& item) : Glib::ObjectBase("velmora_RowObject"), row(item) {}
+
+    ListItem& row;
+};
+
+class ListModel : public Gio::ListModel, public Gtk::SelectionModel, public Glib::Object {
+public:
+    /// The list must outlive what shows the model.
+    static Glib::RefPtr<velmora::ListModel> Create(velmora::ListView& list);
+
+    ~ListModel() override { later_.disconnect(); }
+
+protected:
+    explicit ListModel(velmora::ListView& list);
+
+    GType get_item_type_vfunc() override;
+    guint get_n_items_vfunc() override;
+    gpointer get_item_vfunc(guint position) override;
+
+    bool is_selected_vfunc(guint position) const override;
+    Glib::RefPtr<const Gtk::Bitset> get_selection_vfunc(guint position, guint count) override;
+    bool select_item_vfunc(guint position, bool unselectRest) override;
+    bool unselect_item_vfunc(guint position) override;
+    bool select_range_vfunc(guint, guint, bool) override { return false; }
+    bool unselect_range_vfunc(guint, guint) override { return false; }
+    bool select_all_vfunc() override { return false; }
+    bool unselect_all_vfunc() override;
+    bool set_selection_vfunc(const Glib::RefPtr<const Gtk::Bitset>&, const Glib::RefPtr<const Gtk::Bitset>&) override
+    {
+        return false;
+    }
+
+private:
+    ListItem* RowAt(guint position) const;
+    void OnRowsChanged(guint position, guint gone, guint added);
+    /// Tells the toolkit of rows at the end that it has not heard of yet.
+    void Announce();
+    void AnnounceSoon();
+
+    velmora::ListView& list_;
+    guint announced_;  ///< Rows that the toolkit knows of; those behind them are to be told.
+    std::chrono::steady_clock::time_point lastAnnouncement_;
+    sigc::connection later_;
+    Subscription rows_, selection_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,134 @@
+#include "platform/desktop/ListTable.h"
+
+#include <gtkmm/columnviewcolumn.h>
+#include <gtkmm/gestureclick.h>
+#include <gtkmm/label.h>
+#include <gtkmm/signallistitemfactory.h>
+
+#include "platform/desktop/Caption.h"
+#include "platform/desktop/DisplayText.h"
+#include "platform/desktop/ListModel.h"
+#include "platform/desktop/Pixels.h"
+
+namespace velmora {
+namespace {
+
+constexpr int kTitleInset = 9;    // Padding and border of a column's title, as the style sheet has them.
+constexpr int kTitleHeight = 15;  // Room for one line of type.
+
+/// One cell; follows the row that it shows.
+class Cell : public Gtk::Label {
+public:
+    explicit Cell(int column) : column_(column)
+    {
+        set_single_line_mode(true);
+        set_ellipsize(Pango::EllipsizeMode::END);
+        set_xalign(0);
+    }
+
+    void Bind(ListItem& row)
+    {
+        Show(row);
+        changed_ = row.Changed.Connect([this, &row] { Show(row); });
+    }
+    void Unbind() { changed_.Reset(); }
+
+private:
+    void Show(const ListItem& row) { set_text(OneLine(row.Cell(column_))); }
+
+    const int column_;
+    Subscription changed_;
+};
+
+/// The label inside a widget of the toolkit; null if there is none.
+Gtk::Label* FindLabel(Gtk::Widget& widget)
+{
+    if (auto* label = dynamic_cast<Gtk::Label*>(&widget)) return label;
+    for (Gtk::Widget* child = widget.get_first_child(); child; child = child->get_next_sibling()) {
+        if (Gtk::Label* label = FindLabel(*child)) return label;
+    }
+    return nullptr;
+}
+
+Glib::RefPtr<Gtk::ListItemFactory> CellFactory(int column)
+{
+    auto factory = Gtk::SignalListItemFactory::create();
+    factory->signal_setup().connect(
+        [column](const Glib::RefPtr<Gtk::ListItem>& place) { place->set_child(*Gtk::make_managed<Cell>(column)); });
+    factory->signal_bind().connect([](const Glib::RefPtr<Gtk::ListItem>& place) {
+        auto* cell = dynamic_cast<Cell*>(place->get_child());
+        const auto object = std::dynamic_pointer_cast<RowObject>(place->get_item());
+        if (cell && object) cell->Bind(object->row);
+    });
+    factory->signal_unbind().connect([](const Glib::RefPtr<Gtk::ListItem>& place) {
+        if (auto* cell = dynamic_cast<Cell*>(place->get_child())) cell->Unbind();
+    });
+    return factory;
+}
+
+}  // namespace
+
+ListTable::ListTable(velmora::ListView& list) : list_(list), columns_(*Gtk::make_managed<Gtk::ColumnView>())
+{
+    add_css_class("list");
+    columns_.set_model(ListModel::Create(list));
+    columns_.set_reorderable(false);
+    // The columns are wider than the list as a rule: the bar that leads to them is always to be seen.
+    set_overlay_scrolling(false);
+    set_child(columns_);
+    RebuildColumns();
+    columnsChanged_ = list.ColumnsChanged.Connect([this] { RebuildColumns(); });
+}
+
+void ListTable::RebuildColumns()
+{
+    const auto present = columns_.get_columns();
+    while (present->get_n_items() > 0) {
+        columns_.remove_column(std::dynamic_pointer_cast<Gtk::ColumnViewColumn>(present->get_object(0)));
+    }
+    for (const ColumnHeader& header : list_.ColumnHeaders()) AddColumn(header);
+}
+
+void ListTable::AddColumn(const ColumnHeader& header)
+{
+    auto column = Gtk::ColumnViewColumn::create(OneLine(header.Caption), CellFactory(header.Index - 1));
+    column->set_fixed_width(Edge(header.Width));
+    column->set_resizable(true);
+    columns_.append_column(column);
+    if (Gtk::Widget* title = NewestTitle()) {
+        title->set_name(list_.Name + "Column" + std::to_string(header.Index));
+        WatchClicks(*title, header.Index);
+        FitTitle(*title, Edge(header.Width));
+    }
+}
+
+Gtk::Widget* ListTable::NewestTitle()
+{
+    // The header is the first child of a column view; the title of the newest column is its last.
+    Gtk::Widget* const header = columns_.get_first_child();
+    return header ? header->get_last_child() : nullptr;
+}
+
+void ListTable::FitTitle(Gtk::Widget& title, int width)
+{
+    Gtk::Label* const label = FindLabel(title);
+    if (!label) return;
+    label->signal_map().connect([label, width] { FitCaption(*label, width - kTitleInset, kTitleHeight); });
+}
+
+void ListTable::WatchClicks(Gtk::Widget& title, int column)
+{
+    auto click = Gtk::GestureClick::create();
+    click->set_button(GDK_BUTTON_PRIMARY);
+    // A drag of the column's border is claimed by the column view and never arrives here as a click.
+    click->signal_released().connect([this, &title, column](int, double x, double y) {
+        const auto& headers = list_.ColumnHeaders();
+        const auto i = static_cast<std::size_t>(column - 1);
+        if (!title.contains(x, y) || i >= headers.size()) return;
+        const ColumnHeader clicked = headers[i];
+        list_.ColumnClick.Raise(clicked);
+    });
+    title.add_controller(click);
+}
+
+}  // namespace velmora

@@ -1,0 +1,33 @@
+// A list with columns on the screen.
+#pragma once
+
+#include <gtkmm/columnview.h>
+#include <gtkmm/listitem.h>
+#include <gtkmm/scrolledwindow.h>
+
+#include "platform/ListView.h"
+
+namespace velmora {
+
+/// Makes widgets only for the rows in sight.
+class ListTable : public Gtk::ScrolledWindow {
+public:
+    explicit ListTable(velmora::ListView& list);
+
+    Gtk::ColumnView& Columns() { return columns_; }
+
+private:
+    void RebuildColumns();
+    void AddColumn(const ColumnHeader& header);
+    /// The title of the column that was added last; null if the toolkit keeps none where it is looked for.
+    Gtk::Widget* NewestTitle();
+    void FitTitle(Gtk::Widget& title, int width);
+    /// Raises the list's ColumnClick for a click on the title; GTK tells of clicks to sorters only.
+    void WatchClicks(Gtk::Widget& title, int column);
+
+    velmora::ListView& list_;
+    Gtk::ColumnView& columns_;
+    Subscription columnsChanged_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,80 @@
+#include "platform/desktop/MainWindowView.h"
+
+#include <gdkmm/toplevel.h>
+#include <gtkmm/box.h>
+
+#include "platform/desktop/ClientArea.h"
+#include "platform/desktop/DisplayText.h"
+#include "platform/desktop/Pixels.h"
+
+namespace velmora {
+
+MainWindowView::MainWindowView(velmora::Window& window, Desktop& desktop,
+                               std::function<Gtk::Widget*(WebBrowser&)> browserWidget)
+    : window_(window), desktop_(desktop), menu_(window.Menu)
+{
+    context_.browserWidget = std::move(browserWidget);
+    auto* area = Gtk::make_managed<ClientArea>(window, context_, false);
+    area->set_expand(true);
+    area->Resized = [this](int width, int height) { OnResized(width, height); };
+
+    auto* content = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
+    auto* menuBar = Gtk::make_managed<Clip>(menu_.Bar(), true);
+    menuBar->set_visible(!window.Menu.empty());
+    content->append(*menuBar);
+    content->append(*area);
+    surface_.insert_action_group("menu", menu_.Actions());
+    surface_.add_css_class("velmora");
+    surface_.set_title(OneLine(window.Caption()));
+    surface_.set_child(*content);
+    if (context_.defaultButton) surface_.set_default_widget(*context_.defaultButton);
+
+    caption_ = window.Caption.Changed.Connect([this] { surface_.set_title(OneLine(window_.Caption())); });
+    const auto close = [this] {
+        // A box or a dialog that is open holds a handler of the window; it has to be answered first.
+        if (!desktop_.IsDialogOpen()) window_.CloseRequested.Raise();
+        return true;
+    };
+    surface_.signal_close_request().connect(close, false);
+    surface_.signal_realize().connect([this] { WatchMinimised(); });
+    desktop_.SetMainWindow(&surface_);
+}
+
+MainWindowView::~MainWindowView() { desktop_.SetMainWindow(nullptr); }
+
+void MainWindowView::Show()
+{
+    window_.Visible = true;
+    surface_.present();
+}
+
+void MainWindowView::OnResized(int width, int height)
+{
+    width_ = width;
+    height_ = height;
+    if (isMinimised_) return;
+    window_.SetInnerSize(static_cast<Twips>(width) * kTwipsPerPixel, static_cast<Twips>(height) * kTwipsPerPixel);
+    window_.Resize.Raise();
+}
+
+void MainWindowView::WatchMinimised()
+{
+    const auto toplevel = std::dynamic_pointer_cast<Gdk::Toplevel>(surface_.get_surface());
+    if (!toplevel) return;
+    // A plain pointer: the surface must not be kept alive by its own signal.
+    auto* const watched = toplevel.get();
+    watched->property_state().signal_changed().connect([this, watched] {
+        const auto state = watched->property_state().get_value();
+        const bool isMinimised = (state & Gdk::Toplevel::State::MINIMIZED) == Gdk::Toplevel::State::MINIMIZED;
+        if (isMinimised == isMinimised_) return;
+        isMinimised_ = isMinimised;
+        if (!isMinimised) {
+            OnResized(width_, height_);
+            return;
+        }
+        window_.SetInnerSize(0, 0);
+        window_.Resize.Raise();
+    });
+}
+
+}  // namespace velmora

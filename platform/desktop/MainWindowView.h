@@ -1,0 +1,45 @@
+// The main window on the screen.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include <gtkmm/window.h>
+
+#include "platform/Browser.h"
+#include "platform/desktop/Desktop.h"
+#include "platform/desktop/MenuView.h"
+#include "platform/desktop/ViewContext.h"
+
+namespace velmora {
+
+class MainWindowView {
+public:
+    /// Makes the menu bar and the views of all controls; nothing is seen before Show. `browserWidget`
+    /// gives the widget, a managed one, of a browser control, or null for an empty place. `window` and
+    /// `desktop` must outlive this.
+    MainWindowView(velmora::Window& window, Desktop& desktop, std::function<Gtk::Widget*(WebBrowser&)> browserWidget);
+    ~MainWindowView();
+
+    /// Makes the window visible, its inner size as the window's ScaleWidth and ScaleHeight say. From
+    /// then on the window's measures follow the screen, and Resize tells of every change.
+    void Show();
+
+    Gtk::Window& Surface() { return surface_; }
+
+private:
+    void OnResized(int width, int height);
+    void WatchMinimised();
+
+    velmora::Window& window_;
+    Desktop& desktop_;
+    ViewContext context_;
+    MenuView menu_;
+    Gtk::Window surface_;
+    Subscription caption_;
+    int width_ = 0;  ///< Inner size in pixels, also while minimised.
+    int height_ = 0;
+    bool isMinimised_ = false;
+};
+
+}  // namespace velmora

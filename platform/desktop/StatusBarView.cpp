@@ -1,0 +1,58 @@
+#include "platform/desktop/StatusBarView.h"
+
+#include <algorithm>
+
+#include "platform/desktop/Accessible.h"
+#include "platform/desktop/Clip.h"
+#include "platform/desktop/ControlArea.h"
+#include "platform/desktop/DisplayText.h"
+#include "platform/desktop/Pixels.h"
+
+namespace velmora {
+
+StatusBarView::StatusBarView(velmora::StatusBar& control) : Glib::ObjectBase("velmora_StatusBarView"), control_(control)
+{
+    PartWithChildren(*this);
+    SetAccessibleRole(*this, Gtk::Accessible::Role::STATUS);
+    add_css_class("statusline");
+    for (int i = 1; i <= control.PanelCount(); ++i) AddPanel(i);
+}
+
+void StatusBarView::AddPanel(int i)
+{
+    Panel& panel = control_.Panels(i);
+    auto* label = Gtk::make_managed<Gtk::Label>(OneLine(panel.Text()));
+    label->set_name(control_.Name + "Panel" + std::to_string(i));
+    label->set_single_line_mode(true);
+    label->set_ellipsize(Pango::EllipsizeMode::END);
+    label->set_xalign(0);
+    auto* clip = Gtk::make_managed<Clip>(*label);
+    clip->add_css_class("panel");
+    clip->set_parent(*this);
+    panels_.push_back(clip);
+    subscriptions_.push_back(panel.Text.Changed.Connect([label, &panel] { label->set_text(OneLine(panel.Text())); }));
+    subscriptions_.push_back(panel.Width.Changed.Connect([this] { queue_allocate(); }));
+}
+
+Gtk::SizeRequestMode StatusBarView::get_request_mode_vfunc() const { return Gtk::SizeRequestMode::CONSTANT_SIZE; }
+
+void StatusBarView::measure_vfunc(Gtk::Orientation, int, int& minimum, int& natural, int& minimumBaseline,
+                                  int& naturalBaseline) const
+{
+    minimum = natural = 0;
+    minimumBaseline = naturalBaseline = -1;
+}
+
+void StatusBarView::size_allocate_vfunc(int width, int height, int)
+{
+    Twips edge = 0;
+    for (int i = 1; i <= control_.PanelCount(); ++i) {
+        const int left = Edge(edge);
+        edge += control_.Panels(i).Width();
+        // Panels may reach beyond the bar; what is outside is cut off, so that texts end in time.
+        const int right = std::min(Edge(edge), width);
+        PutAt(*panels_[static_cast<std::size_t>(i - 1)], {left, 0, std::max(0, right - left), height});
+    }
+}
+
+}  // namespace velmora

@@ -1,0 +1,31 @@
+// A status bar on the screen: panels side by side.
+#pragma once
+
+#include <vector>
+
+#include <gtkmm/label.h>
+#include <gtkmm/widget.h>
+
+#include "platform/Controls.h"
+
+namespace velmora {
+
+class StatusBarView : public Gtk::Widget {
+public:
+    explicit StatusBarView(velmora::StatusBar& control);
+
+protected:
+    Gtk::SizeRequestMode get_request_mode_vfunc() const override;
+    void measure_vfunc(Gtk::Orientation orientation, int forSize, int& minimum, int& natural, int& minimumBaseline,
+                       int& naturalBaseline) const override;
+    void size_allocate_vfunc(int width, int height, int baseline) override;
+
+private:
+    void AddPanel(int i);
+
+    velmora::StatusBar& control_;
+    std::vector<Gtk::Widget*> panels_;
+    std::vector<Subscription> subscriptions_;
+};
+
+}  // namespace velmora
