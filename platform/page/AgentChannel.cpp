@@ -1,0 +1,99 @@
+#include "platform/page/AgentChannel.h"
+
+#include <glib-unix.h>
+#include <unistd.h>
+
+#include <utility>
+
+#include "platform/page/Socket.h"
+
+namespace velmora {
+
+namespace {
+
+// A program that takes longer than this to send the rest of a request, or to take an answer, has
+// given the channel up.
+constexpr std::chrono::seconds kPatience{10};
+
+// Requests come in bursts, one as soon as the last is answered. Waiting this long for the next one
+// saves a turn of the main loop for each; the page stands still for no longer at the burst's end.
+constexpr std::chrono::milliseconds kBurstPause{1};
+
+// While the program handles a finished document it says when it is done. Only if a question to the
+// user holds it up is this the time that the page waits.
+constexpr std::chrono::milliseconds kTurnPause{20};
+
+// Ahead of every source of the engine's own.
+constexpr int kPriority = G_PRIORITY_HIGH * 2;
+
+}  // namespace
+
+AgentChannel::AgentChannel(int descriptor, Serve serve, std::function<void()> closed)
+    : descriptor_(descriptor), serve_(std::move(serve)), closed_(std::move(closed))
+{
+    source_ = g_unix_fd_add_full(kPriority, descriptor_, static_cast<GIOCondition>(G_IO_IN | G_IO_HUP | G_IO_ERR),
+                                 OnReadable, this, nullptr);
+}
+
+AgentChannel::~AgentChannel()
+{
+    if (source_ != 0) g_source_remove(source_);
+    close(descriptor_);
+}
+
+void AgentChannel::ServeReadsNow()
+{
+    while (WaitFor(descriptor_, POLLIN, Clock::now() + kTurnPause) && NextIsRead() && ServeOne()) {
+    }
+}
+
+bool AgentChannel::NextIsRead() const
+{
+    wire::RequestHeader header{};
+    return recv(descriptor_, &header, sizeof header, MSG_PEEK | MSG_DONTWAIT) == sizeof header &&
+           (header.operation == wire::kRead || header.operation == wire::kMarkup);
+}
+
+gboolean AgentChannel::OnReadable(gint, GIOCondition, gpointer data)
+{
+    auto* self = static_cast<AgentChannel*>(data);
+    if (self->ServeBurst()) return G_SOURCE_CONTINUE;
+    self->source_ = 0;
+    const auto closed = std::move(self->closed_);
+    closed();  // destroys this channel
+    return G_SOURCE_REMOVE;
+}
+
+bool AgentChannel::ServeBurst()
+{
+    do {
+        if (!ServeOne()) return false;
+    } while (WaitFor(descriptor_, POLLIN, Clock::now() + kBurstPause));
+    return true;
+}
+
+bool AgentChannel::ServeOne()
+{
+    const auto deadline = Clock::now() + kPatience;
+    wire::RequestHeader header{};
+    if (!ReceiveAll(descriptor_, &header, sizeof header, deadline)) return false;
+    if (header.bodyBytes > wire::kLongestRequest) return false;
+    std::string body(header.bodyBytes, '\0');
+    if (!ReceiveAll(descriptor_, body.data(), body.size(), deadline)) return false;
+    return header.operation == wire::kDone || Send(serve_(header, body));
+}
+
+bool AgentChannel::Send(const Answer& answer)
+{
+    if (answer.body.size() > wire::kLongestAnswer) {
+        return Send({.failed = true, .revision = answer.revision, .body = "the answer is too long"});
+    }
+    const wire::AnswerHeader header{.bodyBytes = static_cast<std::uint32_t>(answer.body.size()),
+                                    .failed = answer.failed ? 1U : 0U,
+                                    .revision = answer.revision};
+    const auto deadline = Clock::now() + kPatience;
+    return SendAll(descriptor_, &header, sizeof header, deadline) &&
+           SendAll(descriptor_, answer.body.data(), answer.body.size(), deadline);
+}
+
+}  // namespace velmora

@@ -1,0 +1,61 @@
+// The agent's script in each frame of a page.
+#pragma once
+
+#include <webkit/webkit-web-process-extension.h>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace velmora {
+
+class ScriptError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Runs the agent's script in each new document of a page and calls into it. Frames that are gone,
+/// and exceptions in the script, throw ScriptError.
+class FrameScripts {
+public:
+    /// Sends an event of the script: its kind, the packed text.
+    using Tell = std::function<void(const std::string& kind, const std::string& packed)>;
+
+    explicit FrameScripts(Tell tell) : tell_(std::move(tell)) {}
+
+    /// Starts the script in a document that has just begun.
+    void Begin(JSCContext* context, std::uint64_t frame);
+
+    /// The script's answer to a packed request, also packed.
+    std::string Ask(std::uint64_t frame, const std::string& request);
+    /// The markup inside the document element.
+    std::string Markup(std::uint64_t frame);
+    void Click(std::uint64_t frame, const std::string& handle);
+    /// How often the structure of the frame's forms has changed; 0 for a frame that is gone.
+    std::uint64_t Revision(std::uint64_t frame);
+
+private:
+    struct Unref {
+        void operator()(void* object) const { g_object_unref(object); }
+    };
+    using Value = std::unique_ptr<JSCValue, Unref>;
+    using WeakValue = std::unique_ptr<JSCWeakValue, Unref>;
+
+    /// What the script keeps for a frame. The references are weak: the document owns it.
+    struct Script {
+        WeakValue object;
+    };
+
+    Value Call(std::uint64_t frame, const char* method, const char* argument = nullptr);
+    static std::string BytesOf(JSCValue* value);
+    static void OnTell(const char* kind, const char* packed, gpointer sender);
+
+    Tell tell_;
+    std::map<std::uint64_t, Script> scripts_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,160 @@
+// The page agent: loaded into each web process, it runs the agent's script in every document, tells
+// the program what happens there and answers what the program asks of a document.
+
+#include <gio/gunixfdlist.h>
+#include <webkit/webkit-web-process-extension.h>
+
+#include <memory>
+#include <string>
+
+#include "platform/page/AgentChannel.h"
+#include "platform/page/FrameScripts.h"
+#include "platform/page/Wire.h"
+
+namespace velmora {
+namespace {
+
+/// The agent of one page. It lives as long as the page.
+class PageAgent {
+public:
+    explicit PageAgent(WebKitWebPage* page)
+        : page_(page), number_((static_cast<std::uint64_t>(g_random_int()) << 16) ^ webkit_web_page_get_id(page)),
+          scripts_([this](const std::string& kind, const std::string& packed) { Tell(kind, packed); })
+    {
+    }
+
+    void BeginDocument(WebKitFrame* frame, WebKitScriptWorld* world)
+    {
+        // The engine hands a page to its process before the program knows of the process, so the
+        // program cannot give the agent anything; the agent asks, as soon as there is a document.
+        if (!channel_) AskForChannel();
+        JSCContext* context = webkit_frame_get_js_context_for_script_world(frame, world);
+        try {
+            scripts_.Begin(context, webkit_frame_get_id(frame));
+        } catch (const ScriptError& error) {
+            Tell("error", std::to_string(webkit_frame_get_id(frame)) + '\n' + wire::Pack({error.what()}));
+        }
+        g_object_unref(context);
+    }
+
+private:
+    void Tell(const std::string& kind, const std::string& packed)
+    {
+        WebKitUserMessage* message = NewMessage(wire::kEventPrefix + kind, packed);
+        webkit_web_page_send_message_to_view(page_, message, nullptr, nullptr, nullptr);
+        if (channel_ && wire::kEventPrefix + kind == wire::kFinished) channel_->ServeReadsNow();
+    }
+
+    WebKitUserMessage* NewMessage(const std::string& name, const std::string& packed) const
+    {
+        const std::string text = std::to_string(number_) + '\n' + packed;
+        return webkit_user_message_new(name.c_str(), g_variant_new_string(text.c_str()));
+    }
+
+    void AskForChannel()
+    {
+        if (asked_) return;
+        asked_ = true;
+        webkit_web_page_send_message_to_view(page_, NewMessage(wire::kHello, "0"), nullptr, OnHelloAnswered,
+                                             new std::weak_ptr<PageAgent*>(self_));
+    }
+
+    static void OnHelloAnswered(GObject* source, GAsyncResult* result, gpointer data)
+    {
+        const std::unique_ptr<std::weak_ptr<PageAgent*>> who(static_cast<std::weak_ptr<PageAgent*>*>(data));
+        WebKitUserMessage* reply =
+            webkit_web_page_send_message_to_view_finish(WEBKIT_WEB_PAGE(source), result, nullptr);
+        if (const auto agent = who->lock()) (*agent)->TakeChannel(reply);
+        if (reply) g_object_unref(reply);
+    }
+
+    void TakeChannel(WebKitUserMessage* reply)
+    {
+        asked_ = false;
+        GUnixFDList* descriptors = reply ? webkit_user_message_get_fd_list(reply) : nullptr;
+        if (!descriptors || g_unix_fd_list_get_length(descriptors) != 1) return;
+        const int descriptor = g_unix_fd_list_get(descriptors, 0, nullptr);
+        if (descriptor < 0) return;
+        channel_ = std::make_unique<AgentChannel>(
+            descriptor, [this](const auto& header, const auto& body) { return Serve(header, body); },
+            [this] {
+                // The program gave up waiting once: a new channel has no late answers in it.
+                channel_.reset();
+                AskForChannel();
+            });
+    }
+
+    AgentChannel::Answer Serve(const wire::RequestHeader& request, const std::string& body)
+    {
+        AgentChannel::Answer answer;
+        try {
+            switch (request.operation) {
+            case wire::kRead:
+            case wire::kWrite: answer.body = scripts_.Ask(request.frame, body); break;
+            case wire::kMarkup: answer.body = scripts_.Markup(request.frame); break;
+            case wire::kClick: ClickLater(request.frame, body); break;
+            default: throw ScriptError("no such operation");
+            }
+        } catch (const ScriptError& error) {
+            answer.failed = true;
+            answer.body = error.what();
+        }
+        answer.revision = scripts_.Revision(request.frame);
+        return answer;
+    }
+
+    // A click may open a question of the page's own ("Really send?"), which the program can show only
+    // when it is not waiting for an answer.
+    void ClickLater(std::uint64_t frame, const std::string& handle)
+    {
+        struct Click {
+            std::weak_ptr<PageAgent*> agent;
+            std::uint64_t frame;
+            std::string handle;
+        };
+        g_idle_add_full(
+            G_PRIORITY_HIGH,
+            [](gpointer data) -> gboolean {
+                const auto& click = *static_cast<Click*>(data);
+                try {
+                    if (const auto agent = click.agent.lock()) (*agent)->scripts_.Click(click.frame, click.handle);
+                } catch (const ScriptError&) {
+                    // The element went between the request and the click: nothing is left to click.
+                }
+                return G_SOURCE_REMOVE;
+            },
+            new Click{self_, frame, handle}, [](gpointer data) { delete static_cast<Click*>(data); });
+    }
+
+    WebKitWebPage* page_;
+    const std::uint64_t number_;
+    FrameScripts scripts_;
+    std::unique_ptr<AgentChannel> channel_;
+    bool asked_ = false;
+    std::shared_ptr<PageAgent*> self_ = std::make_shared<PageAgent*>(this);
+};
+
+constexpr char kAgentKey[] = "velmora-agent";
+
+void OnPageCreated(WebKitWebProcessExtension*, WebKitWebPage* page, gpointer)
+{
+    g_object_set_data_full(G_OBJECT(page), kAgentKey, new PageAgent(page),
+                           [](gpointer agent) { delete static_cast<PageAgent*>(agent); });
+}
+
+void OnWindowObjectCleared(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame* frame, gpointer)
+{
+    auto* agent = static_cast<PageAgent*>(g_object_get_data(G_OBJECT(page), kAgentKey));
+    if (agent) agent->BeginDocument(frame, world);
+}
+
+}  // namespace
+}  // namespace velmora
+
+extern "C" G_MODULE_EXPORT void webkit_web_process_extension_initialize(WebKitWebProcessExtension* extension)
+{
+    // Lives as long as the process.
+    WebKitScriptWorld* world = webkit_script_world_new_with_name("velmora");
+    g_signal_connect(world, "window-object-cleared", G_CALLBACK(velmora::OnWindowObjectCleared), nullptr);
+    g_signal_connect(extension, "page-created", G_CALLBACK(velmora::OnPageCreated), nullptr);
+}

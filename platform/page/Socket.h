@@ -1,0 +1,65 @@
+// Whole reads and writes on a stream socket, with a limit on the wait. Both ends of the page channel
+// use it.
+#pragma once
+
+#include <poll.h>
+#include <sys/socket.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstddef>
+
+namespace velmora {
+
+using Clock = std::chrono::steady_clock;
+
+/// Waits until the socket is ready for `events` (POLLIN, POLLOUT); false at the deadline.
+inline bool WaitFor(int descriptor, short events, Clock::time_point deadline)
+{
+    for (;;) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
+        if (left < 0) return false;
+        pollfd entry{descriptor, events, 0};
+        const int ready = poll(&entry, 1, static_cast<int>(left));
+        if (ready > 0) return true;
+        if (ready == 0 || errno != EINTR) return false;
+    }
+}
+
+/// Reads exactly `size` bytes; false if the other end hung up or the deadline passed.
+inline bool ReceiveAll(int descriptor, void* data, std::size_t size, Clock::time_point deadline)
+{
+    auto* bytes = static_cast<char*>(data);
+    while (size > 0) {
+        const ssize_t got = recv(descriptor, bytes, size, MSG_DONTWAIT);
+        if (got > 0) {
+            bytes += got;
+            size -= static_cast<std::size_t>(got);
+        } else if (got == 0 || (errno != EAGAIN && errno != EINTR)) {
+            return false;
+        } else if (!WaitFor(descriptor, POLLIN, deadline)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Writes all bytes; false if the other end hung up or the deadline passed.
+inline bool SendAll(int descriptor, const void* data, std::size_t size, Clock::time_point deadline)
+{
+    const auto* bytes = static_cast<const char*>(data);
+    while (size > 0) {
+        const ssize_t sent = send(descriptor, bytes, size, MSG_DONTWAIT | MSG_NOSIGNAL);
+        if (sent > 0) {
+            bytes += sent;
+            size -= static_cast<std::size_t>(sent);
+        } else if (errno != EAGAIN && errno != EINTR) {
+            return false;
+        } else if (!WaitFor(descriptor, POLLOUT, deadline)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace velmora

@@ -1,0 +1,132 @@
+// What the program and the page agent say to each other.
+//
+// Events go from the agent to the program as messages of the web engine; a message's parameter is
+// one packed text. Requests and answers go over a stream socket: a header of fixed size, then the
+// body. The program trusts nothing that it gets: see Reader and kLongestAnswer.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmora::wire {
+
+// Events. Every packed text starts with the agent's number and the number of the frame.
+inline constexpr char kHello[] = "velmora.hello";        ///< Asks for a channel; the reply carries one end of it.
+inline constexpr char kBegun[] = "velmora.begun";        ///< A new document; top.
+inline constexpr char kFinished[] = "velmora.finished";  ///< Address, top.
+inline constexpr char kFormData[] = "velmora.formdata";  ///< Address, method, enctype, encoding, target, target's
+                                                         ///< frame, count, then name and value of each entry.
+inline constexpr char kLink[] = "velmora.link";          ///< Address, target, target's frame.
+inline constexpr char kError[] = "velmora.error";        ///< A fault in the agent's own script.
+
+/// The name of an event in the agent's script and in the list above.
+inline constexpr char kEventPrefix[] = "velmora.";
+
+struct RequestHeader {
+    std::uint32_t bodyBytes;
+    std::uint32_t operation;
+    std::uint64_t frame;
+};
+
+enum Operation : std::uint32_t {
+    kRead = 0,    ///< Body: a packed text for the script; the answer is packed.
+    kMarkup = 1,  ///< No body; the answer is the markup as it is.
+    kWrite = 2,   ///< As kRead; the page's own handlers run.
+    kClick = 3,   ///< Body: a handle. Answered at once; the click follows.
+    kDone = 4,    ///< No body, no answer: the program has handled the event, and nothing follows.
+};
+
+struct AnswerHeader {
+    std::uint32_t bodyBytes;
+    std::uint32_t failed;    ///< 1: the page refused; the body says why.
+    std::uint64_t revision;  ///< How often the structure of the frame's forms has changed.
+};
+
+/// No request is longer, no answer, and no packed answer, in bytes.
+inline constexpr std::uint32_t kLongestRequest = 64U << 20;
+inline constexpr std::uint32_t kLongestAnswer = 64U << 20;
+inline constexpr std::uint32_t kLongestFacts = 16U << 20;
+
+/// Texts joined by line feeds, with "\", line feed and zero escaped: never a zero byte inside.
+inline void AppendPacked(std::string& packed, std::string_view text)
+{
+    for (const char c : text) {
+        switch (c) {
+        case '\\': packed += "\\\\"; break;
+        case '\n': packed += "\\n"; break;
+        case '\0': packed += "\\0"; break;
+        default: packed += c;
+        }
+    }
+}
+
+inline std::string Pack(const std::vector<std::string>& texts)
+{
+    std::string packed;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        if (i > 0) packed += '\n';
+        AppendPacked(packed, texts[i]);
+    }
+    return packed;
+}
+
+class WireError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Reads a packed text from its first part to its last. What is missing or malformed throws
+/// WireError.
+class Reader {
+public:
+    explicit Reader(std::string_view packed) : rest_(packed) {}
+
+    std::string Text()
+    {
+        if (ended_) throw WireError("a text is missing");
+        const std::size_t end = rest_.find('\n');
+        const std::string_view part = rest_.substr(0, end);
+        ended_ = end == std::string_view::npos;
+        rest_.remove_prefix(ended_ ? rest_.size() : end + 1);
+        return Unescape(part);
+    }
+
+    std::uint64_t Number()
+    {
+        const std::string text = Text();
+        if (text.empty() || text.size() > 19) throw WireError("a number is missing");
+        std::uint64_t number = 0;
+        for (const char c : text) {
+            if (c < '0' || c > '9') throw WireError("a number is malformed");
+            number = number * 10 + static_cast<std::uint64_t>(c - '0');
+        }
+        return number;
+    }
+
+    bool Flag() { return Number() != 0; }
+
+private:
+    static std::string Unescape(std::string_view part)
+    {
+        if (part.find('\\') == std::string_view::npos) return std::string(part);
+        std::string text;
+        for (std::size_t i = 0; i < part.size(); ++i) {
+            if (part[i] != '\\' || i + 1 == part.size()) {
+                text += part[i];
+                continue;
+            }
+            const char c = part[++i];
+            text += c == 'n' ? '\n' : c == '0' ? '\0' : c;
+        }
+        return text;
+    }
+
+    std::string_view rest_;
+    bool ended_ = false;
+};
+
+}  // namespace velmora::wire

@@ -1,0 +1,13 @@
+// What a user types as an address.
+#pragma once
+
+#include <string>
+
+namespace velmora {
+
+/// The address to load for a text from the address box, blanks at its ends removed: "about:blank"
+/// for an empty one, a file address for a path from the root, a web address for one without a scheme
+/// ("example.org", "localhost:8080/x"), any other as it is.
+std::string LoadableAddress(const std::string& typed);
+
+}  // namespace velmora

@@ -1,0 +1,353 @@
+#include "platform/webkit/PageDocument.h"
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/webkit/Markup.h"
+
+namespace velmora {
+
+namespace {
+
+// Each frame costs a trip. No real page has this many; a page that says so wants the program to hang.
+constexpr std::uint64_t kMostFrames = 1000;
+
+struct OptionFacts {
+    std::string text;
+    std::string value;
+    bool selected = false;
+};
+
+struct ElementFacts {
+    std::string handle;
+    std::string name;
+    std::string type;
+    std::string value;
+    bool checked = false;
+    std::string src;
+    std::vector<OptionFacts> options;
+};
+
+struct FormFacts {
+    std::string handle;
+    std::string action;
+    std::string id;
+};
+
+/// Runs a read of a packed answer; an answer that makes no sense is a failure like any other.
+template <class Parse>
+auto Parsed(const std::string& packed, Parse parse)
+{
+    try {
+        wire::Reader reader(packed);
+        return parse(reader);
+    } catch (const wire::WireError& error) {
+        throw DocumentError(error.what());
+    }
+}
+
+/// Reads a count and as many items. They are made one by one: the count is the other side's word.
+template <class ReadItem>
+auto ReadSeveral(wire::Reader& reader, ReadItem readItem)
+{
+    std::vector<decltype(readItem(reader))> items;
+    for (std::uint64_t left = reader.Number(); left > 0; --left) items.push_back(readItem(reader));
+    return items;
+}
+
+ElementFacts ReadElement(wire::Reader& reader)
+{
+    ElementFacts element;
+    element.handle = reader.Text();
+    element.name = reader.Text();
+    element.type = reader.Text();
+    element.value = reader.Text();
+    element.checked = reader.Flag();
+    element.src = reader.Text();
+    element.options = ReadSeveral(reader, [](wire::Reader& part) {
+        OptionFacts option;
+        option.text = part.Text();
+        option.value = part.Text();
+        option.selected = part.Flag();
+        return option;
+    });
+    return element;
+}
+
+/// Whether an element's value is its attribute (HTML, "value mode": default and default/on), so that
+/// only a change of the structure can change it.
+bool HoldsValueInMarkup(const std::string& type)
+{
+    static const std::set<std::string> kTypes{"hidden", "submit", "image", "reset", "button", "checkbox", "radio"};
+    return kTypes.contains(type);
+}
+
+template <class Items>
+auto& At(Items& items, int i, const char* what)
+{
+    if (i < 0 || static_cast<std::size_t>(i) >= items.size()) throw DocumentError(std::string("no such ") + what);
+    return items[static_cast<std::size_t>(i)];
+}
+
+/// One document of a frame. Every use of it throws once the frame has begun another document.
+class DocumentLink {
+public:
+    explicit DocumentLink(PagePlace place) : place_(std::move(place)), number_(Now().document) {}
+
+    const PagePlace& Place() const { return place_; }
+
+    FrameVersion Version() const
+    {
+        const FrameVersion now = Now();
+        if (now.document != number_) throw DocumentError("the page is gone");
+        return now;
+    }
+    std::string Read(const std::vector<std::string>& request) const
+    {
+        Version();
+        return place_.channel->Read(place_.frame, request);
+    }
+    void Write(const std::vector<std::string>& request) const
+    {
+        Version();
+        place_.channel->Write(place_.frame, request);
+    }
+    void Click(const std::string& handle) const
+    {
+        Version();
+        place_.channel->Click(place_.frame, handle);
+    }
+    std::string Markup() const
+    {
+        Version();
+        return place_.channel->Markup(place_.frame);
+    }
+
+private:
+    FrameVersion Now() const { return place_.channel->Version(place_.frame); }
+
+    PagePlace place_;
+    std::uint64_t number_;
+};
+
+/// The elements of a form or of a tag, fetched together.
+class ElementList {
+public:
+    ElementList(DocumentLink link, std::vector<std::string> request)
+        : link_(std::move(link)), request_(std::move(request))
+    {
+    }
+
+    const DocumentLink& Link() const { return link_; }
+
+    /// The elements, as good as the last change of the structure.
+    const std::vector<ElementFacts>& Structure()
+    {
+        if (!fetched_ || fetched_->revision != link_.Version().revision) Fetch();
+        return elements_;
+    }
+
+    /// An element that was found at place i, with nothing that a write may have changed since.
+    const ElementFacts& State(int i, const std::string& handle)
+    {
+        if (!fetched_ || fetched_->writes != link_.Version().writes) Fetch();
+        return Named(i, handle);
+    }
+
+    /// The same, as good as the last change of the structure.
+    const ElementFacts& Named(int i, const std::string& handle)
+    {
+        const auto& elements = Structure();
+        const auto place = static_cast<std::size_t>(i);
+        if (place < elements.size() && elements[place].handle == handle) return elements[place];
+        for (const ElementFacts& element : elements) {
+            if (element.handle == handle) return element;
+        }
+        throw DocumentError("the element is gone");
+    }
+
+private:
+    void Fetch()
+    {
+        const std::string answer = link_.Read(request_);
+        elements_ = Parsed(answer, [](wire::Reader& reader) { return ReadSeveral(reader, ReadElement); });
+        fetched_ = link_.Version();
+    }
+
+    DocumentLink link_;
+    std::vector<std::string> request_;
+    std::vector<ElementFacts> elements_;
+    std::optional<FrameVersion> fetched_;
+};
+
+class PageOption : public Option {
+public:
+    PageOption(std::shared_ptr<ElementList> list, int element, std::string handle, int index)
+        : list_(std::move(list)), element_(element), handle_(std::move(handle)), index_(index)
+    {
+    }
+
+    std::string Text() override { return Facts(list_->Named(element_, handle_)).text; }
+    std::string Value() override { return Facts(list_->Named(element_, handle_)).value; }
+    bool Selected() override { return Facts(list_->State(element_, handle_)).selected; }
+    void Select() override
+    {
+        list_->Link().Write({"select", handle_, std::to_string(index_)});
+    }
+
+private:
+    const OptionFacts& Facts(const ElementFacts& element) const { return At(element.options, index_, "option"); }
+
+    std::shared_ptr<ElementList> list_;
+    int element_;
+    std::string handle_;
+    int index_;
+};
+
+class PageElement : public Element {
+public:
+    PageElement(std::shared_ptr<ElementList> list, int index)
+        : list_(std::move(list)), index_(index), handle_(At(list_->Structure(), index, "element").handle)
+    {
+    }
+
+    std::string Name() override { return Facts().name; }
+    std::string Type() override { return Facts().type; }
+    std::string Value() override
+    {
+        const ElementFacts& element = Facts();
+        return HoldsValueInMarkup(element.type) ? element.value : list_->State(index_, handle_).value;
+    }
+    void SetValue(const std::string& value) override { list_->Link().Write({"value", handle_, value}); }
+    bool Checked() override { return list_->State(index_, handle_).checked; }
+    void Check() override { list_->Link().Write({"check", handle_}); }
+    std::string Src() override { return Facts().src; }
+    int OptionsLength() override { return static_cast<int>(Facts().options.size()); }
+    std::shared_ptr<Option> Options(int k) override
+    {
+        At(Facts().options, k, "option");
+        return std::make_shared<PageOption>(list_, index_, handle_, k);
+    }
+    void Click() override { list_->Link().Click(handle_); }
+
+private:
+    const ElementFacts& Facts() { return list_->Named(index_, handle_); }
+
+    std::shared_ptr<ElementList> list_;
+    int index_;
+    std::string handle_;
+};
+
+class PageElements : public ElementCollection {
+public:
+    explicit PageElements(std::shared_ptr<ElementList> list) : list_(std::move(list)) {}
+    int Length() override { return static_cast<int>(list_->Structure().size()); }
+    std::shared_ptr<Element> Item(int i) override { return std::make_shared<PageElement>(list_, i); }
+
+private:
+    std::shared_ptr<ElementList> list_;
+};
+
+class PageForm : public Form {
+public:
+    PageForm(std::shared_ptr<velmora::Document> document, FormFacts facts, std::shared_ptr<ElementList> elements)
+        : document_(std::move(document)), facts_(std::move(facts)), elements_(std::move(elements))
+    {
+    }
+
+    std::string Action() override { return facts_.action; }
+    std::string Id() override { return facts_.id; }
+    int Length() override { return static_cast<int>(elements_->Structure().size()); }
+    std::shared_ptr<Element> Elements(int j) override { return std::make_shared<PageElement>(elements_, j); }
+    std::shared_ptr<velmora::Document> Document() override { return document_; }
+
+private:
+    std::shared_ptr<velmora::Document> document_;
+    FormFacts facts_;
+    std::shared_ptr<ElementList> elements_;
+};
+
+class PageDocument : public Document, public std::enable_shared_from_this<PageDocument> {
+public:
+    explicit PageDocument(PagePlace place) : link_(std::move(place)) {}
+
+    int FramesLength() override { return Facts().frames; }
+
+    std::shared_ptr<BrowserObject> Frames(int i) override
+    {
+        if (i < 0 || i >= Facts().frames) throw DocumentError("no such frame");
+        const std::string answer = link_.Read({"frame", std::to_string(i)});
+        const std::uint64_t frame = Parsed(answer, [](wire::Reader& reader) { return reader.Number(); });
+        return std::make_shared<PageFrame>(PagePlace{link_.Place().channel, frame});
+    }
+
+    int FormsLength() override { return static_cast<int>(Facts().forms.size()); }
+
+    /// All objects of one form share what was fetched of its elements.
+    std::shared_ptr<Form> Forms(int i) override
+    {
+        const FormFacts& form = At(Facts().forms, i, "form");
+        auto& elements = elements_[form.handle];
+        if (!elements) elements = std::make_shared<ElementList>(link_, std::vector<std::string>{"form", form.handle});
+        return std::make_shared<PageForm>(shared_from_this(), form, elements);
+    }
+
+    std::string InnerHtml() override { return PlainMarkup(link_.Markup()); }
+
+    std::shared_ptr<ElementCollection> GetElementsByTagName(const std::string& tag) override
+    {
+        return std::make_shared<PageElements>(
+            std::make_shared<ElementList>(link_, std::vector<std::string>{"tag", tag}));
+    }
+
+private:
+    struct DocumentFacts {
+        int frames = 0;
+        std::vector<FormFacts> forms;
+    };
+
+    const DocumentFacts& Facts()
+    {
+        if (fetched_ && *fetched_ == link_.Version().revision) return facts_;
+        const std::string answer = link_.Read({"document"});
+        facts_ = Parsed(answer, [](wire::Reader& reader) {
+            DocumentFacts facts;
+            const std::uint64_t frames = reader.Number();
+            if (frames > kMostFrames) throw DocumentError("the page has too many frames");
+            facts.frames = static_cast<int>(frames);
+            facts.forms = ReadSeveral(reader, [](wire::Reader& part) {
+                FormFacts form;
+                form.handle = part.Text();
+                form.action = part.Text();
+                form.id = part.Text();
+                return form;
+            });
+            return facts;
+        });
+        fetched_ = link_.Version().revision;
+        return facts_;
+    }
+
+    DocumentLink link_;
+    DocumentFacts facts_;
+    std::optional<std::uint64_t> fetched_;
+    std::map<std::string, std::shared_ptr<ElementList>> elements_;
+};
+
+}  // namespace
+
+std::shared_ptr<Document> PageFrame::Document() { return OpenDocument(place_); }
+
+std::shared_ptr<Document> OpenDocument(const PagePlace& place)
+{
+    if (!place.channel) throw DocumentError("the page has no document that can be read");
+    auto document = std::make_shared<PageDocument>(place);
+    document->FramesLength();  // a document that cannot be read is refused here
+    return document;
+}
+
+}  // namespace velmora

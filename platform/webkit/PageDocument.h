@@ -1,0 +1,33 @@
+// The document model of a live page, over the channel to its agent.
+//
+// A form's facts come in one trip and are kept until the page's structure changes or, for what a
+// write may change elsewhere (values, ticks, choices), until the next write.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "platform/webkit/PageChannel.h"
+
+namespace velmora {
+
+/// One frame of a page: the agent's channel and the frame's number there.
+struct PagePlace {
+    std::shared_ptr<PageChannel> channel;
+    std::uint64_t frame = 0;
+};
+
+/// A frame as the events hand it on. Reading its document fails if the page has no channel.
+class PageFrame : public BrowserObject {
+public:
+    explicit PageFrame(PagePlace place) : place_(std::move(place)) {}
+    std::shared_ptr<velmora::Document> Document() override;
+
+private:
+    PagePlace place_;
+};
+
+/// The document that stands in the frame now. Throws DocumentError if it cannot be reached.
+std::shared_ptr<Document> OpenDocument(const PagePlace& place);
+
+}  // namespace velmora

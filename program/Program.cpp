@@ -1,0 +1,43 @@
+#include "program/Program.h"
+
+#include <gtkmm/widget.h>
+
+namespace velmora {
+
+namespace {
+
+WebKitBrowser::Options EngineOptions(const Program::Options& options, Files& files)
+{
+    return {.agentFolder = options.agentFolder.empty() ? files.ProgramFolder() + "/agent" : options.agentFolder,
+            .dataFolder = options.dataFolder,
+            .cacheFolder = options.cacheFolder};
+}
+
+}  // namespace
+
+Program::Options Program::UserOptions()
+{
+    Options options;
+    options.dataFolder = std::string(g_get_user_data_dir()) + "/velmora";
+    options.cacheFolder = std::string(g_get_user_cache_dir()) + "/velmora";
+    return options;
+}
+
+Program::Program(Desktop& desktop, Dialogs& dialogs, const Options& options)
+    : files_(options.programFolder),
+      form_(Platform{.dialogs = dialogs, .files = files_, .proxy = proxy_, .proxyTable = proxyTable_}),
+      engine_(form_.wbMyBrowser, EngineOptions(options, files_)), timer_(form_.Timer1),
+      view_(form_, desktop, [this](WebBrowser&) { return Glib::wrap(engine_.Widget()); })
+{
+    proxy_.Attach(engine_.Session());
+}
+
+Program::~Program() { proxy_.Attach(nullptr); }
+
+void Program::Start()
+{
+    form_.Form_Load();
+    view_.Show();
+}
+
+}  // namespace velmora
