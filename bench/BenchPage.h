@@ -1,0 +1,63 @@
+// The program with a page in it, for measuring.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+
+#include "program/Program.h"
+#include "tests/support/WebServer.h"
+
+namespace velmora::bench {
+
+/// Answers every question with No or Cancel at once, and notes when it was asked.
+class SilentDialogs : public Dialogs {
+public:
+    explicit SilentDialogs(Desktop& desktop) : desktop_(desktop) {}
+
+    Answer MsgBox(const std::string&, Buttons buttons, Icon, const std::string&) override
+    {
+        asked = Clock::now();
+        return buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;
+    }
+    void ShowModal(velmora::Window&) override {}
+    void DoEvents() override { desktop_.DoEvents(); }
+    Twips ScreenWidth() override { return desktop_.ScreenWidth(); }
+    Twips ScreenHeight() override { return desktop_.ScreenHeight(); }
+    void EndProgram() override {}
+
+    Clock::time_point asked;
+
+private:
+    Desktop& desktop_;
+};
+
+class BenchPage {
+public:
+    BenchPage();
+
+    frmBrowser& Form() { return program_.Form(); }
+    SilentDialogs& Questions() { return dialogs_; }
+    test::WebServer& Server() { return server_; }
+
+    /// Loads a page by Go. Gives the time from the arrival of the event DocumentComplete to the end of
+    /// the program's handler.
+    std::chrono::duration<double> Load(const std::string& path);
+
+    /// The number that a script of the page's own gives.
+    double Script(const std::string& script);
+
+private:
+    static gboolean NoteArrival(GSignalInvocationHint*, guint, const GValue* values, gpointer self);
+    void RunUntil(const std::function<bool()>& condition);
+
+    Desktop desktop_;
+    SilentDialogs dialogs_{desktop_};
+    std::string folder_;
+    test::WebServer server_;
+    Program program_;
+    Clock::time_point arrived_;
+    std::function<void(const std::string& url)> completed_;
+};
+
+}  // namespace velmora::bench

@@ -1,0 +1,147 @@
+// The document model of the real engine, and pages that are bad, hang or die.
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+#include "tests/desktop/Harness.h"
+#include "tests/support/DocumentContract.h"
+
+namespace velmora::test {
+namespace {
+
+using testing::HasSubstr;
+
+class EngineSource : public DocumentSource, private DesktopTest {
+public:
+    EngineSource()
+    {
+        SetUp();
+        StartProgram();
+    }
+    ~EngineSource() override { TearDown(); }
+
+    std::shared_ptr<Document> Show(const PageSketch& page) override
+    {
+        const std::string path = "/" + std::to_string(++pages_);
+        server_.Page(path, HtmlOf(page));
+        Go(server_.Url(path));
+        return Form().wbMyBrowser.Document();
+    }
+
+private:
+    void TestBody() override {}
+    int pages_ = 0;
+};
+
+INSTANTIATE_TEST_SUITE_P(Engine, DocumentContract, testing::Values([]() -> std::unique_ptr<DocumentSource> {
+                             return std::make_unique<EngineSource>();
+                         }));
+
+class BadPages : public DesktopTest {
+protected:
+    void SetUp() override
+    {
+        DesktopTest::SetUp();
+        StartProgram();
+    }
+
+    void ExpectGoWorks()
+    {
+        server_.Page("/fine.html", "<p>fine</p>");
+        Go(server_.Url("/fine.html"));
+        EXPECT_EQ(Script("document.body.innerText.trim()"), "fine");
+    }
+};
+
+TEST_F(BadPages, AnAddressThatCannotBeLoadedIsExplainedAndIsNoPage)
+{
+    TypeAddress("http://127.0.0.1:9999/no <b>server</b>");
+    Press("cmdPlayback");
+    RunUntil([&] { return Script("document.title") == "This page could not be loaded"; }, "the explanation");
+    EXPECT_THAT(Script("document.body.innerText"), HasSubstr("127.0.0.1:9999/no"));
+    RunUntil([&] { return Completed().back() == "about:blank"; }, "the end of the load");
+    EXPECT_FALSE(Form().cmdBookmark.Enabled());
+    EXPECT_FALSE(Form().Timer1.Enabled());
+    ExpectGoWorks();
+}
+
+TEST_F(BadPages, AnEmptyAddressAndAFileThatIsNoPageKeepTheWindowRunning)
+{
+    TypeAddress("  ");
+    Press("cmdPlayback");
+    RunUntil([&] { return Completed().back() == "about:blank"; }, "the empty page");
+    server_.Page("/x.bin", std::string("\0\1\2binary", 9), "application/x-thing");
+    TypeAddress(server_.Url("/x.bin"));
+    Press("cmdPlayback");
+    RunUntil([&] { return Script("document.title") == "This page could not be loaded"; }, "the explanation");
+    EXPECT_THAT(Script("document.body.innerText"), HasSubstr("application/x-thing"));
+    server_.Page("/plain.txt", "no <form action=x> here", "text/plain");
+    Go(server_.Url("/plain.txt"));
+    ExpectGoWorks();
+}
+
+TEST_F(BadPages, ACertificateThatNobodyTrustsIsRefused)
+{
+    WebServer secure(WebServer::Scheme::Https);
+    secure.Page("/", "secret");
+    TypeAddress(secure.Url("/"));
+    Press("cmdPlayback");
+    RunUntil([&] { return Script("document.title") == "This page could not be loaded"; }, "the explanation");
+    EXPECT_THAT(Script("document.body.innerText"), HasSubstr("certificate"));
+    EXPECT_TRUE(secure.Requests().empty());
+}
+
+TEST_F(BadPages, AWebProcessThatDiesInTheMiddleOfAReadFailsTheReadAndIsTold)
+{
+    server_.Page("/form.html", "<form><input name='a' oninput='for (;;);'></form>");
+    Go(server_.Url("/form.html"));
+    auto element = Form().wbMyBrowser.Document()->Forms(0)->Elements(0);
+    webkit_web_view_terminate_web_process(Engine().View());
+    EXPECT_THROW(element->SetValue("x"), DocumentError);
+    EXPECT_THROW(Form().wbMyBrowser.Document()->InnerHtml(), DocumentError);
+    RunUntil([&] { return Script("document.title") == "This page could not be loaded"; }, "the explanation");
+    ExpectGoWorks();
+}
+
+TEST_F(BadPages, APageThatHangsFailsTheReadInTimeAndCanBeLeft)
+{
+    server_.Page("/hang.html",
+                 "<form><input name='a' oninput='const end = Date.now() + 6000; while (Date.now() < end);'></form>");
+    Go(server_.Url("/hang.html"));
+    auto document = Form().wbMyBrowser.Document();
+    EXPECT_THROW(document->Forms(0)->Elements(0)->SetValue("x"), DocumentError);
+    EXPECT_THROW(document->InnerHtml(), DocumentError);
+    ExpectGoWorks();
+}
+
+TEST_F(BadPages, FilesThatAreNoRecordsLeaveTheWindowAndTheRecordsAlone)
+{
+    EndProgram();
+    const auto session = folder_ / "session";
+    std::ofstream(session / "good.xml") << "<Type>Form</Type><Session>kept</Session><Url>http://a/</Url>";
+    std::ofstream(session / "empty.xml");
+    std::ofstream(session / "binary.xml") << std::string("\0\xff\xfe<Type>\0", 11);
+    std::ofstream(session / "plain.xml") << "no tags at all";
+    std::filesystem::resize_file((std::ofstream(session / "huge.xml") << "x", session / "huge.xml"), 1ULL << 30);
+    StartProgram("");
+    RunUntil([&] { return !Completed().empty(); }, "a page");
+    EXPECT_EQ(Form().lvwPermanent.Count(), 3);
+    EXPECT_TRUE(std::filesystem::exists(session / "huge.xml"));
+    ExpectGoWorks();
+}
+
+TEST_F(BadPages, ASessionFolderThatCannotBeMadeIsToldOnce)
+{
+    EndProgram();
+    std::filesystem::remove_all(folder_ / "session");
+    std::ofstream(folder_ / "session") << "a file in its place";
+    Expect(
+        {.text = "The session folder cannot be used: " + (folder_ / "session").string() + "\nRecords will not be kept.",
+         .button = "Ok"});
+    StartProgram("");
+    RunUntil([&] { return AllAnswered() && !Completed().empty(); }, "a page");
+    ExpectGoWorks();
+}
+
+}  // namespace
+}  // namespace velmora::test

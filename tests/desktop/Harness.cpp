@@ -1,0 +1,268 @@
+#include "tests/desktop/Harness.h"
+
+#include <gdk/x11/gdkx.h>
+#include <gtkmm/button.h>
+#include <gtkmm/columnview.h>
+#include <gtkmm/entry.h>
+#include <gtkmm/label.h>
+#include <gtkmm/singleselection.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+
+namespace velmora::test {
+
+namespace {
+
+constexpr std::chrono::seconds kLimit{10};
+
+Gtk::Widget* FindWidget(Gtk::Widget& root, const std::string& name)
+{
+    if (root.get_name().raw() == name) return &root;
+    for (Gtk::Widget* child = root.get_first_child(); child; child = child->get_next_sibling()) {
+        if (Gtk::Widget* found = FindWidget(*child, name)) return found;
+    }
+    return nullptr;
+}
+
+/// Runs a command of the screen's keyboard and mouse.
+void Robot(const std::string& arguments)
+{
+    const std::string command = "xdotool " + arguments;
+    int status = 0;
+    GError* error = nullptr;
+    if (!g_spawn_command_line_sync(command.c_str(), nullptr, nullptr, &status, &error) || status != 0) {
+        ADD_FAILURE() << command << " failed" << (error ? std::string(": ") + error->message : "");
+        g_clear_error(&error);
+    }
+}
+
+unsigned long XidOf(Gtk::Window& window)
+{
+    return gdk_x11_surface_get_xid(gtk_native_get_surface(GTK_NATIVE(window.gobj())));
+}
+
+}  // namespace
+
+bool RunUntil(const std::function<bool()>& condition, const std::string& what)
+{
+    const auto deadline = std::chrono::steady_clock::now() + kLimit;
+    // A tick, so that an iteration ends and the limit is looked at even when nothing happens.
+    const guint tick = g_timeout_add(
+        10, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
+    bool holds = condition();
+    while (!holds && std::chrono::steady_clock::now() < deadline) {
+        g_main_context_iteration(nullptr, TRUE);
+        holds = condition();
+    }
+    g_source_remove(tick);
+    if (!holds) ADD_FAILURE() << "waited in vain for " << what;
+    return holds;
+}
+
+Desktop& TheDesktop()
+{
+    static Desktop desktop;
+    return desktop;
+}
+
+void DesktopTest::SetUp()
+{
+    TheDesktop();
+    char pattern[] = "/tmp/velmora-test-XXXXXX";
+    folder_ = mkdtemp(pattern);
+    watch_ = Glib::signal_timeout().connect(
+        [this] {
+            AnswerOpenQuestion();
+            return true;
+        },
+        5);
+}
+
+void DesktopTest::TearDown()
+{
+    if (HasFailure() && program_) Screenshot(testing::UnitTest::GetInstance()->current_test_info()->name());
+    program_.reset();
+    watch_.disconnect();
+    EXPECT_TRUE(AllAnswered()) << "a question was not asked: " << questions_.front().text;
+    std::filesystem::remove_all(folder_);
+}
+
+void DesktopTest::StartProgram(const std::string& home)
+{
+    if (!home.empty() && !std::filesystem::exists(folder_ / "session")) {
+        std::filesystem::create_directory(folder_ / "session");
+        std::ofstream(folder_ / "session" / "Velmora.xml") << "<Type>Home</Type><Home>" << home << "</Home>";
+    }
+    completed_.clear();
+    dialogs_.hasEnded = false;
+    program_ = std::make_unique<Program>(
+        TheDesktop(), dialogs_,
+        Program::Options{
+            .programFolder = folder_, .agentFolder = VELMORA_AGENT_FOLDER, .dataFolder = {}, .cacheFolder = {}});
+    Form().wbMyBrowser.DocumentComplete.Add(
+        [this](BrowserObject&, const std::string& url) { completed_.push_back(url); });
+    program_->Start();
+    if (!home.empty()) WaitForDocument(home);
+}
+
+void DesktopTest::EndProgram()
+{
+    Form().mnuExit.Click.Raise();
+    EXPECT_TRUE(dialogs_.hasEnded);
+    program_.reset();
+}
+
+Gtk::Widget& DesktopTest::Widget(const std::string& name)
+{
+    Gtk::Widget* widget = FindWidget(MainWindow(), name);
+    if (!widget) throw std::runtime_error("no widget " + name);
+    return *widget;
+}
+
+void DesktopTest::Press(const std::string& name)
+{
+    auto& button = dynamic_cast<Gtk::Button&>(Widget(name));
+    ASSERT_TRUE(RunUntil([&] { return button.get_mapped() && button.is_sensitive(); }, name + " to be pressable"));
+    g_signal_emit_by_name(button.gobj(), "clicked");
+}
+
+void DesktopTest::TypeAddress(const std::string& address)
+{
+    dynamic_cast<Gtk::Entry&>(Widget("txtUrl")).set_text(address);
+}
+
+void DesktopTest::Go(const std::string& address)
+{
+    const std::size_t before = completed_.size();
+    TypeAddress(address);
+    Press("cmdPlayback");
+    RunUntil([&] { return completed_.size() > before && completed_.back() == address; }, address);
+}
+
+void DesktopTest::SelectRow(const std::string& list, int row)
+{
+    const auto find = [](auto&& self, Gtk::Widget& root) -> Gtk::ColumnView* {
+        if (auto* view = dynamic_cast<Gtk::ColumnView*>(&root)) return view;
+        for (Gtk::Widget* child = root.get_first_child(); child; child = child->get_next_sibling()) {
+            if (auto* view = self(self, *child)) return view;
+        }
+        return nullptr;
+    };
+    Gtk::ColumnView* view = find(find, Widget(list));
+    ASSERT_TRUE(view);
+    view->get_model()->select_item(static_cast<guint>(row - 1), true);
+}
+
+void DesktopTest::Screenshot(const std::string& name)
+{
+    const char* folder = std::getenv("VELMORA_SCREENSHOTS");
+    if (!folder) return;
+    std::string file = name;
+    std::replace(file.begin(), file.end(), '/', '-');
+    const std::string command = "import -window root " + std::string(folder) + "/" + file + ".png";
+    g_spawn_command_line_sync(command.c_str(), nullptr, nullptr, nullptr, nullptr);
+}
+
+void DesktopTest::AnswerOpenQuestion()
+{
+    if (isAnswering_) return;
+    for (Gtk::Window* window : Gtk::Window::list_toplevels()) {
+        if (window->get_name() == "MsgBox" && window->get_mapped()) {
+            isAnswering_ = true;
+            Answer(*window);
+            isAnswering_ = false;
+            return;
+        }
+    }
+}
+
+void DesktopTest::Answer(Gtk::Window& box)
+{
+    const std::string text = dynamic_cast<Gtk::Label&>(*FindWidget(box, "lblText")).get_text().raw();
+    asked_.push_back(box.get_title().raw() + ": " + text);
+    std::string button;
+    if (!questions_.empty() && questions_.front().text == text) {
+        const Question question = questions_.front();
+        questions_.pop_front();
+        if (question.before) question.before();
+        button = "btn" + question.button;
+    } else {
+        ADD_FAILURE() << "nobody expected the question: " << text;
+        for (const char* safe : {"btnNo", "btnCancel", "btnOk"}) {
+            if (button.empty() && FindWidget(box, safe)) button = safe;
+        }
+    }
+    Gtk::Widget* pressed = FindWidget(box, button);
+    ASSERT_TRUE(pressed) << "no button " << button << " on: " << text;
+    g_signal_emit_by_name(pressed->gobj(), "clicked");
+}
+
+std::string DesktopTest::Script(const std::string& script)
+{
+    struct Outcome {
+        bool done = false;
+        std::string text;
+    } outcome;
+    webkit_web_view_evaluate_javascript(
+        Engine().View(), script.c_str(), -1, nullptr, nullptr, nullptr,
+        [](GObject* view, GAsyncResult* result, gpointer data) {
+            auto& filled = *static_cast<Outcome*>(data);
+            GError* error = nullptr;
+            JSCValue* value = webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, &error);
+            if (value) {
+                char* text = jsc_value_to_string(value);
+                filled.text = text;
+                g_free(text);
+                g_object_unref(value);
+            } else {
+                ADD_FAILURE() << "the page's script failed: " << error->message;
+                g_clear_error(&error);
+            }
+            filled.done = true;
+        },
+        &outcome);
+    RunUntil([&] { return outcome.done; }, "a script");
+    return outcome.text;
+}
+
+void DesktopTest::Type(const std::string& selector, const std::string& text, const std::string& document)
+{
+    const std::string element = document + ".querySelector('" + selector + "')";
+    Script(element + ".focus(); " + element + ".select(); 1");
+    webkit_web_view_execute_editing_command_with_argument(Engine().View(), "InsertText", text.c_str());
+    RunUntil([&] { return Script(element + ".value") == text; }, "the text in " + selector);
+}
+
+void DesktopTest::Click(const std::string& selector)
+{
+    const std::string box = "document.querySelector('" + selector + "').getBoundingClientRect()";
+    const double x = std::stod(Script(box + ".x + 8"));
+    const double y = std::stod(Script(box + ".y + 8"));
+    graphene_point_t place;
+    const graphene_point_t inView{static_cast<float>(x), static_cast<float>(y)};
+    ASSERT_TRUE(gtk_widget_compute_point(Engine().Widget(), GTK_WIDGET(MainWindow().gobj()), &inView, &place));
+    double shadowX = 0;
+    double shadowY = 0;
+    gtk_native_get_surface_transform(GTK_NATIVE(MainWindow().gobj()), &shadowX, &shadowY);
+    Robot("mousemove --window " + std::to_string(XidOf(MainWindow())) + " " +
+          std::to_string(static_cast<int>(place.x + shadowX)) + " " +
+          std::to_string(static_cast<int>(place.y + shadowY)) + " click 1");
+}
+
+void DesktopTest::Key(const std::string& key)
+{
+    Engine();
+    gtk_widget_grab_focus(Engine().Widget());
+    Robot("windowfocus --sync " + std::to_string(XidOf(MainWindow())) + " key " + key);
+}
+
+bool DesktopTest::WaitForDocument(const std::string& url)
+{
+    return RunUntil([&] { return std::find(completed_.begin(), completed_.end(), url) != completed_.end(); },
+                    "the document " + url);
+}
+
+}  // namespace velmora::test

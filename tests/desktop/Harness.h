@@ -1,0 +1,115 @@
+// A user at the real window: presses widgets, types into pages, answers questions, and waits for
+// what happens, never for a time.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <gtkmm/widget.h>
+
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "program/Program.h"
+#include "tests/support/WebServer.h"
+
+namespace velmora::test {
+
+/// Lets events run until the condition holds. After ten seconds the test fails, with `what` it waited
+/// for, and false comes back.
+bool RunUntil(const std::function<bool()>& condition, const std::string& what);
+
+/// The one desktop of the test program.
+Desktop& TheDesktop();
+
+/// The desktop, but the end of the program is only noted: a test may start the next one.
+class TestDialogs : public Dialogs {
+public:
+    Answer MsgBox(const std::string& text, Buttons buttons, Icon icon, const std::string& title) override
+    {
+        return TheDesktop().MsgBox(text, buttons, icon, title);
+    }
+    void ShowModal(velmora::Window& dialog) override { TheDesktop().ShowModal(dialog); }
+    void DoEvents() override { TheDesktop().DoEvents(); }
+    Twips ScreenWidth() override { return TheDesktop().ScreenWidth(); }
+    Twips ScreenHeight() override { return TheDesktop().ScreenHeight(); }
+    void EndProgram() override { hasEnded = true; }
+
+    bool hasEnded = false;
+};
+
+/// A question that the user expects, and the button that answers it.
+struct Question {
+    std::string text;
+    std::string button;                 ///< "Yes", "No", "Ok" or "Cancel".
+    std::function<void()> before = {};  ///< Runs while the question is open, ahead of the answer.
+};
+
+class DesktopTest : public testing::Test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    /// Starts the program on the test's session folder and waits for the first page. `home` is the
+    /// home page, written to the settings file.
+    void StartProgram(const std::string& home = "velmora://guide/");
+    /// Ends it, as a user's Exit does, and lets its windows go.
+    void EndProgram();
+    void Restart()
+    {
+        EndProgram();
+        StartProgram();
+    }
+
+    frmBrowser& Form() { return program_->Form(); }
+    WebKitBrowser& Engine() { return program_->Engine(); }
+    Gtk::Window& MainWindow() { return program_->View().Surface(); }
+
+    // The window.
+    Gtk::Widget& Widget(const std::string& name);
+    /// Presses a button that a user could press now: it is on the screen and enabled.
+    void Press(const std::string& button);
+    void TypeAddress(const std::string& address);
+    /// Types the address, presses Go and waits until the document has completed.
+    void Go(const std::string& address);
+    /// Selects a row of a list, from 1, through the list on the screen.
+    void SelectRow(const std::string& list, int row);
+    void Screenshot(const std::string& name);
+
+    // Questions. One that nobody expects fails the test.
+    void Expect(Question question) { questions_.push_back(std::move(question)); }
+    /// "title: text" of every question so far.
+    const std::vector<std::string>& Asked() const { return asked_; }
+    bool AllAnswered() const { return questions_.empty(); }
+
+    // The page.
+    /// Runs a script in the page's own world and gives its result as text.
+    std::string Script(const std::string& script);
+    /// Types a text into a field, by its CSS selector, as the keyboard does.
+    void Type(const std::string& selector, const std::string& text, const std::string& document = "document");
+    /// Presses the real mouse button over an element, or the real key while an element has the focus.
+    void Click(const std::string& selector);
+    void Key(const std::string& key);
+    /// Addresses of all documents that have completed in this program.
+    const std::vector<std::string>& Completed() const { return completed_; }
+    bool WaitForDocument(const std::string& url);
+
+    TestDialogs dialogs_;
+    std::filesystem::path folder_;
+    WebServer server_;
+
+private:
+    void AnswerOpenQuestion();
+    void Answer(Gtk::Window& box);
+
+    std::unique_ptr<Program> program_;
+    std::deque<Question> questions_;
+    std::vector<std::string> asked_;
+    std::vector<std::string> completed_;
+    sigc::connection watch_;
+    bool isAnswering_ = false;
+};
+
+}  // namespace velmora::test
