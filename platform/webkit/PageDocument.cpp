@@ -194,10 +194,7 @@ public:
     std::string Text() override { return Facts(list_->Named(element_, handle_)).text; }
     std::string Value() override { return Facts(list_->Named(element_, handle_)).value; }
     bool Selected() override { return Facts(list_->State(element_, handle_)).selected; }
-    void Select() override
-    {
-        list_->Link().Write({"select", handle_, std::to_string(index_)});
-    }
+    void Select() override { list_->Link().Write({"select", handle_, std::to_string(index_)}); }
 
 private:
     const OptionFacts& Facts(const ElementFacts& element) const { return At(element.options, index_, "option"); }
