@@ -22,7 +22,7 @@ records=(269 24)
 auto_record=(376 24)
 address=(400 60)
 temporary_tab=(180 450)
-first_row=(200 503)
+first_row=(200 490)
 move_to_permanent=(803 535)
 go_to=(803 575)
 
@@ -145,6 +145,8 @@ tidy() {
 }
 has_window_manager() { xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; }
 
+# What the program keeps for its user (cookies and the like) stays out of the user's own folders, too.
+export XDG_DATA_HOME=$PWD/demo/program/data XDG_CACHE_HOME=$PWD/demo/program/cache
 openbox >demo/openbox.log 2>&1 &
 window_manager=$!
 trap tidy EXIT

@@ -42,9 +42,10 @@ need_packages() {
         fail "these packages could not be installed: $missing"
 }
 
-# build <preset>: configures where that is due, then builds.
+# build <preset> [target]...: configures where that is due, then builds these targets, or all.
 build() {
-    local folder=build/$1
+    local folder=build/$1 targets=()
+    (($# > 1)) && targets=(--target "${@:2}")
     mkdir -p build
     if [[ ! -f $folder/build.ninja || CMakePresets.json -nt $folder/build.ninja ]]; then
         say "configuring $folder"
@@ -52,7 +53,7 @@ build() {
         touch "$folder/build.ninja"
     fi
     say "building $folder"
-    cmake --build "$folder" -j "$(nproc)" || fail "the build of $folder failed"
+    cmake --build "$folder" -j "$(nproc)" "${targets[@]}" || fail "the build of $folder failed"
 }
 
 # with_screen <command>...: runs a command on a fresh X screen of its own, away from the user's desktop.
