@@ -41,11 +41,11 @@ void frmEdit::PlaceControls()
     };
     constexpr int kBehindFields = 4 + static_cast<int>(kFields);
     const Place places[] = {
-        {lblSession, 120, 180, 1935, 255, -1},
+        {lblSession, 120, 195, 1935, 255, -1},
         {txtSession, 2160, 120, 7560, 375, 0},
-        {lblUrl, 120, 660, 1935, 255, -1},
+        {lblUrl, 120, 675, 1935, 255, -1},
         {txtUrl, 2160, 600, 7560, 375, 1},
-        {lblAction, 120, 1140, 1935, 255, -1},
+        {lblAction, 120, 1155, 1935, 255, -1},
         {txtAction, 2160, 1080, 7560, 375, 2},
         {SSTab1, 120, 1620, 11940, 5340, 3},
         {cmdOK, 9900, 120, 2160, 375, kBehindFields},
@@ -69,7 +69,7 @@ void frmEdit::MakeFields()
         const std::string index = "(" + std::to_string(i) + ")";
         Label& name = lblName.emplace_back(SSTab1, "lblName" + index, "Blank");
         TextBox& value = txtValue.emplace_back(SSTab1, "txtValue" + index);
-        name.Move(left, top + 60, 1695, 255);
+        name.Move(left, top + 75, 1695, 255);
         value.Move(left + 1920, top, 3615, 375);
         name.Page = value.Page = static_cast<int>(i / kFieldsOnPage);
         value.TabIndex = 4 + static_cast<int>(i);

@@ -7,7 +7,12 @@
 
 namespace velmora {
 
-enum class Buttons { Ok, OkCancel, YesNo };
+enum class Buttons {
+    Ok,
+    OkCancel,
+    YesNo,
+    CautiousYesNo  ///< Enter, too, means No.
+};
 enum class Icon { None, Information, Exclamation };
 enum class Answer { Ok, Cancel, Yes, No };
 

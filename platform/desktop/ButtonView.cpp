@@ -1,19 +1,24 @@
 #include "platform/desktop/ButtonView.h"
 
 #include "platform/desktop/Accessible.h"
+#include "platform/desktop/ButtonGap.h"
 #include "platform/desktop/Caption.h"
 #include "platform/desktop/DisplayText.h"
 #include "platform/desktop/Pixels.h"
 
 namespace velmora {
 
-// Margin, border and padding of a button at both sides together; the style sheet sets them.
-constexpr int kInsetAcross = 10;
+// Border and padding of a button at both sides together, and its margin above and below; the style
+// sheet sets them.
+constexpr int kInsetAcross = 4;
 constexpr int kInsetDown = 4;
 
 ButtonView::ButtonView(CommandButton& control) : control_(control)
 {
     add_css_class("command");
+    const ButtonMargins margins = MarginsOf(control);
+    set_margin_start(margins.left);
+    set_margin_end(margins.right);
     label_.set_justify(Gtk::Justification::CENTER);
     set_child(label_);
     ShowCaption();
@@ -35,7 +40,8 @@ void ButtonView::ShowCaption()
 void ButtonView::Fit()
 {
     const Gdk::Rectangle place = PlaceOf(control_);
-    FitCaption(label_, place.get_width() - kInsetAcross, place.get_height() - kInsetDown);
+    const int margins = get_margin_start() + get_margin_end();
+    FitCaption(label_, place.get_width() - margins - kInsetAcross, place.get_height() - kInsetDown);
 }
 
 }  // namespace velmora

@@ -35,6 +35,9 @@ ClientArea::ClientArea(Window& window, ViewContext& context, bool isFixed)
     : Glib::ObjectBase("velmora_ClientArea"), ControlArea(context), naturalWidth_(Edge(window.ScaleWidth())),
       naturalHeight_(Edge(window.ScaleHeight())), isFixed_(isFixed)
 {
+    for (const Control* control : window.Controls) {
+        if (dynamic_cast<const StatusBar*>(control)) statusBar_ = control;
+    }
     ViewBuilder(*this, context).Build(window);
 }
 
@@ -56,9 +59,14 @@ bool ClientArea::MoveFocus(Gtk::DirectionType direction)
 
 Gdk::Rectangle ClientArea::Place(const Control& control) const
 {
-    if (!dynamic_cast<const StatusBar*>(&control)) return ControlArea::Place(control);
-    const int height = Edge(control.Height());
-    return {0, height_ - height, width_, height};
+    Gdk::Rectangle place = ControlArea::Place(control);
+    if (!statusBar_) return place;
+    const int height = Edge(statusBar_->Height());
+    const int top = height_ - height;
+    if (&control == statusBar_) return {0, top, width_, height};
+    // What reaches below the status bar's upper edge ends there, so that nothing of it is covered.
+    place.set_height(std::clamp(top - place.get_y(), 0, place.get_height()));
+    return place;
 }
 
 void ClientArea::measure_vfunc(Gtk::Orientation orientation, int, int& minimum, int& natural, int& minimumBaseline,

@@ -37,6 +37,7 @@ private:
     const int naturalWidth_;
     const int naturalHeight_;
     const bool isFixed_;
+    const Control* statusBar_ = nullptr;  ///< Null in a window without one.
     int width_ = -1;
     int height_ = -1;
 };

@@ -60,8 +60,15 @@ int Desktop::Run()
 
 Answer Desktop::MsgBox(const std::string& text, Buttons buttons, Icon icon, const std::string& title)
 {
+    if (hasEnded_) return MessageBox::SafeAnswer(buttons);
+    const Answer answer = AskInBox(text, buttons, icon, title);
+    GiveFocusBack();
+    return answer;
+}
+
+Answer Desktop::AskInBox(const std::string& text, Buttons buttons, Icon icon, const std::string& title)
+{
     Answer answer = MessageBox::SafeAnswer(buttons);
-    if (hasEnded_) return answer;
     NestedLoop loop;
     MessageBox box(text, buttons, icon, title.empty() ? "Velmora" : title, Screen());
     box.Answered = [&](Answer given) {
@@ -83,6 +90,12 @@ void Desktop::ShowModal(velmora::Window& dialog)
         window.surface.present();
         return;
     }
+    ShowUntilHidden(dialog);
+    GiveFocusBack();
+}
+
+void Desktop::ShowUntilHidden(velmora::Window& dialog)
+{
     NestedLoop loop;
     DialogView view(dialog);
     const Subscription hidden = dialog.Visible.Changed.Connect([&] {
@@ -130,6 +143,14 @@ void Desktop::Hold(const OpenWindow& window)
     open_.push_back(window);
     window.loop.Run();
     open_.pop_back();
+}
+
+void Desktop::GiveFocusBack()
+{
+    // When a dialog goes together with the box in front of it, the window manager finds nobody to give
+    // the keyboard to.
+    Gtk::Window* const next = hasEnded_ ? nullptr : Foremost();
+    if (next && !next->is_active()) next->present();
 }
 
 void Desktop::CloseAll()

@@ -44,6 +44,10 @@ private:
     /// The window that a new box or dialog is to stand in front of; null if there is none to see.
     Gtk::Window* Foremost() const;
     void Hold(const OpenWindow& window);
+    Answer AskInBox(const std::string& text, Buttons buttons, Icon icon, const std::string& title);
+    void ShowUntilHidden(velmora::Window& dialog);
+    /// Brings the window forward that was behind the one that has just closed.
+    void GiveFocusBack();
     void CloseAll();
 
     Glib::RefPtr<Glib::MainLoop> loop_;

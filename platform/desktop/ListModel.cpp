@@ -7,6 +7,8 @@
 
 namespace velmora {
 
+constexpr std::chrono::milliseconds kShortestPause{50};
+
 Glib::RefPtr<velmora::ListModel> ListModel::Create(velmora::ListView& list)
 {
     return Glib::make_refptr_for_instance<velmora::ListModel>(new velmora::ListModel(list));
@@ -46,9 +48,8 @@ void ListModel::OnRowsChanged(guint position, guint gone, guint added)
 
 void ListModel::AnnounceSoon()
 {
-    constexpr auto kPause = std::chrono::milliseconds(50);
     if (later_.connected()) return;
-    if (std::chrono::steady_clock::now() - lastAnnouncement_ > kPause) {
+    if (std::chrono::steady_clock::now() > nextAnnouncement_) {
         Announce();
         return;
     }
@@ -56,15 +57,18 @@ void ListModel::AnnounceSoon()
         Announce();
         return false;
     };
-    later_ = Glib::signal_timeout().connect(announce, static_cast<unsigned>(kPause.count()));
+    later_ = Glib::signal_timeout().connect(announce, static_cast<unsigned>(kShortestPause.count()));
 }
 
 void ListModel::Announce()
 {
-    lastAnnouncement_ = std::chrono::steady_clock::now();
+    const auto start = std::chrono::steady_clock::now();
     const guint before = announced_;
     announced_ = static_cast<guint>(list_.Count());
     if (announced_ > before) items_changed(before, 0, announced_ - before);
+    // The longer the list, the longer the toolkit takes; it must not come to do nothing else.
+    const auto end = std::chrono::steady_clock::now();
+    nextAnnouncement_ = end + std::max<std::chrono::steady_clock::duration>(kShortestPause, (end - start) * 20);
 }
 
 GType ListModel::get_item_type_vfunc() { return G_TYPE_OBJECT; }

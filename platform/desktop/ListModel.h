@@ -58,7 +58,7 @@ private:
 
     velmora::ListView& list_;
     guint announced_;  ///< Rows that the toolkit knows of; those behind them are to be told.
-    std::chrono::steady_clock::time_point lastAnnouncement_;
+    std::chrono::steady_clock::time_point nextAnnouncement_;  ///< Earliest time of the next one in a rush.
     sigc::connection later_;
     Subscription rows_, selection_;
 };

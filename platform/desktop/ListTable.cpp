@@ -68,7 +68,9 @@ Glib::RefPtr<Gtk::ListItemFactory> CellFactory(int column)
 
 }  // namespace
 
-ListTable::ListTable(velmora::ListView& list) : list_(list), columns_(*Gtk::make_managed<Gtk::ColumnView>())
+ListTable::ListTable(velmora::ListView& list)
+    : list_(list), columns_(*Gtk::make_managed<Gtk::ColumnView>()),
+      keys_(columns_, [this](int column) { PressTitle(column); })
 {
     add_css_class("list");
     columns_.set_model(ListModel::Create(list));
@@ -82,6 +84,7 @@ ListTable::ListTable(velmora::ListView& list) : list_(list), columns_(*Gtk::make
 
 void ListTable::RebuildColumns()
 {
+    keys_.Clear();
     const auto present = columns_.get_columns();
     while (present->get_n_items() > 0) {
         columns_.remove_column(std::dynamic_pointer_cast<Gtk::ColumnViewColumn>(present->get_object(0)));
@@ -98,6 +101,7 @@ void ListTable::AddColumn(const ColumnHeader& header)
     if (Gtk::Widget* title = NewestTitle()) {
         title->set_name(list_.Name + "Column" + std::to_string(header.Index));
         WatchClicks(*title, header.Index);
+        keys_.Add(*title);
         FitTitle(*title, Edge(header.Width));
     }
 }
@@ -122,13 +126,18 @@ void ListTable::WatchClicks(Gtk::Widget& title, int column)
     click->set_button(GDK_BUTTON_PRIMARY);
     // A drag of the column's border is claimed by the column view and never arrives here as a click.
     click->signal_released().connect([this, &title, column](int, double x, double y) {
-        const auto& headers = list_.ColumnHeaders();
-        const auto i = static_cast<std::size_t>(column - 1);
-        if (!title.contains(x, y) || i >= headers.size()) return;
-        const ColumnHeader clicked = headers[i];
-        list_.ColumnClick.Raise(clicked);
+        if (title.contains(x, y)) PressTitle(column);
     });
     title.add_controller(click);
+}
+
+void ListTable::PressTitle(int column)
+{
+    const auto& headers = list_.ColumnHeaders();
+    const auto i = static_cast<std::size_t>(column - 1);
+    if (i >= headers.size()) return;
+    const ColumnHeader pressed = headers[i];
+    list_.ColumnClick.Raise(pressed);
 }
 
 }  // namespace velmora

@@ -6,6 +6,7 @@
 #include <gtkmm/scrolledwindow.h>
 
 #include "platform/ListView.h"
+#include "platform/desktop/HeaderKeys.h"
 
 namespace velmora {
 
@@ -25,8 +26,11 @@ private:
     /// Raises the list's ColumnClick for a click on the title; GTK tells of clicks to sorters only.
     void WatchClicks(Gtk::Widget& title, int column);
 
+    void PressTitle(int column);
+
     velmora::ListView& list_;
     Gtk::ColumnView& columns_;
+    HeaderKeys keys_;
     Subscription columnsChanged_;
 };
 

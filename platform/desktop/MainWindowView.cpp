@@ -1,6 +1,7 @@
 #include "platform/desktop/MainWindowView.h"
 
 #include <gdkmm/toplevel.h>
+#include <glibmm/main.h>
 #include <gtkmm/box.h>
 
 #include "platform/desktop/ClientArea.h"
@@ -36,11 +37,17 @@ MainWindowView::MainWindowView(velmora::Window& window, Desktop& desktop,
         return true;
     };
     surface_.signal_close_request().connect(close, false);
+    menu_.Chosen = [this] { LeaveMenu(); };
+    surface_.property_focus_widget().signal_changed().connect([this] { NoteFocus(); });
     surface_.signal_realize().connect([this] { WatchMinimised(); });
     desktop_.SetMainWindow(&surface_);
 }
 
-MainWindowView::~MainWindowView() { desktop_.SetMainWindow(nullptr); }
+MainWindowView::~MainWindowView()
+{
+    leaveMenu_.disconnect();
+    desktop_.SetMainWindow(nullptr);
+}
 
 void MainWindowView::Show()
 {
@@ -55,6 +62,24 @@ void MainWindowView::OnResized(int width, int height)
     if (isMinimised_) return;
     window_.SetInnerSize(static_cast<Twips>(width) * kTwipsPerPixel, static_cast<Twips>(height) * kTwipsPerPixel);
     window_.Resize.Raise();
+}
+
+void MainWindowView::NoteFocus()
+{
+    for (const FocusStop& stop : context_.stops) {
+        if (HoldsFocus(*stop.widget)) lastFocus_ = stop.widget;
+    }
+}
+
+void MainWindowView::LeaveMenu()
+{
+    leaveMenu_.disconnect();
+    const auto leave = [this] {
+        if (lastFocus_ && HoldsFocus(menu_.Bar())) context_.MoveFocus(*lastFocus_);
+        return false;
+    };
+    // The menu closes first, and takes the focus to its bar as it does so.
+    leaveMenu_ = Glib::signal_idle().connect(leave);
 }
 
 void MainWindowView::WatchMinimised()

@@ -30,6 +30,10 @@ public:
 private:
     void OnResized(int width, int height);
     void WatchMinimised();
+    /// Remembers which control has the focus, as long as one has it.
+    void NoteFocus();
+    /// Gives the focus back to the control that had it before the menu did.
+    void LeaveMenu();
 
     velmora::Window& window_;
     Desktop& desktop_;
@@ -37,6 +41,8 @@ private:
     MenuView menu_;
     Gtk::Window surface_;
     Subscription caption_;
+    Gtk::Widget* lastFocus_ = nullptr;  ///< What takes that control's focus; null before the first.
+    sigc::connection leaveMenu_;
     int width_ = 0;  ///< Inner size in pixels, also while minimised.
     int height_ = 0;
     bool isMinimised_ = false;

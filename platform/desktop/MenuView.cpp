@@ -65,7 +65,10 @@ void MenuView::AddAction(MenuItem& item)
     auto action = item.Checkable ? Gio::SimpleAction::create_bool(item.Name, item.Checked())
                                  : Gio::SimpleAction::create(item.Name);
     // The check mark is the item's own: a click only tells of itself.
-    action->signal_activate().connect([&item](const Glib::VariantBase&) { item.Click.Raise(); });
+    action->signal_activate().connect([this, &item](const Glib::VariantBase&) {
+        if (Chosen) Chosen();
+        item.Click.Raise();
+    });
     actions_->add_action(action);
     if (!item.Checkable) return;
     subscriptions_.push_back(item.Checked.Changed.Connect(

@@ -1,6 +1,7 @@
 // The menu bar of a window.
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include <giomm/menu.h>
@@ -20,6 +21,9 @@ public:
     Gtk::PopoverMenuBar& Bar() { return *bar_; }
     /// The actions that the bar's entries stand for; the bar finds them as "menu.<name of the item>".
     Glib::RefPtr<Gio::ActionGroup> Actions() const { return actions_; }
+
+    /// Called when the user has chosen an entry, ahead of the entry's Click.
+    std::function<void()> Chosen;
 
 private:
     Glib::RefPtr<Gio::Menu> Entries(const std::vector<MenuItem*>& items);

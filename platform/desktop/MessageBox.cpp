@@ -46,6 +46,7 @@ MessageBox::MessageBox(const std::string& text, Buttons buttons, Icon icon, cons
 
     auto* content = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, kGap);
     content->set_margin(kGap);
+    content->set_size_request(WidthOfTitle(title, screen), -1);
     content->append(*message);
     content->append(MakeButtons(buttons));
     set_child(*content);
@@ -53,10 +54,21 @@ MessageBox::MessageBox(const std::string& text, Buttons buttons, Icon icon, cons
     CloseOnEscape(SafeAnswer(buttons));
 }
 
+int MessageBox::WidthOfTitle(const std::string& title, const Gdk::Rectangle& screen)
+{
+    // The title bar's own type is not known; it stands in bold, beside the window's buttons.
+    constexpr int kTitleButtons = 140;
+    int width = 0, height = 0;
+    auto layout = create_pango_layout(OneLine(title));
+    layout->get_pixel_size(width, height);
+    return std::min(width * 5 / 4 + kTitleButtons, screen.get_width() / 2);
+}
+
 Answer MessageBox::SafeAnswer(Buttons buttons)
 {
     switch (buttons) {
-    case Buttons::YesNo: return Answer::No;
+    case Buttons::YesNo:
+    case Buttons::CautiousYesNo: return Answer::No;
     case Buttons::OkCancel: return Answer::Cancel;
     default: return Answer::Ok;
     }
@@ -68,6 +80,7 @@ Gtk::Widget& MessageBox::MakeText(const std::string& text)
     scroller->set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
     scroller->set_overlay_scrolling(false);
     scroller->set_hexpand(true);
+    scroller->set_valign(Gtk::Align::CENTER);  // One line stands beside the middle of the icon.
     scroller->set_propagate_natural_width(true);
     const bool isLong = text.size() > kLongestInLabel;
     scroller->set_child(isLong ? MakeLongText(text) : MakeShortText(text));
@@ -123,16 +136,16 @@ Gtk::Widget& MessageBox::MakeButtons(Buttons buttons)
     auto* row = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kGap / 2);
     row->set_halign(Gtk::Align::CENTER);
     row->set_homogeneous(true);
-    if (buttons == Buttons::YesNo) {
+    if (buttons == Buttons::YesNo || buttons == Buttons::CautiousYesNo) {
         AddButton(*row, "btnYes", "Yes", Answer::Yes);
         AddButton(*row, "btnNo", "No", Answer::No);
     } else {
         AddButton(*row, "btnOk", "OK", Answer::Ok);
         if (buttons == Buttons::OkCancel) AddButton(*row, "btnCancel", "Cancel", Answer::Cancel);
     }
-    Gtk::Widget& first = *row->get_first_child();
-    set_default_widget(first);
-    set_focus(first);
+    Gtk::Widget& chosen = buttons == Buttons::CautiousYesNo ? *row->get_last_child() : *row->get_first_child();
+    set_default_widget(chosen);
+    set_focus(chosen);
     return *row;
 }
 

@@ -26,12 +26,21 @@ TextBoxView::TextBoxView(TextBox& control) : control_(control)
 
 void TextBoxView::ShowText()
 {
-    // The entry may not be able to hold the text as it is (its length is limited, it takes valid UTF-8
-    // only). The control's own text stays until the user edits.
+    // The entry may not be able to hold the text as it is (it takes valid UTF-8 only). The control's own
+    // text stays until the user edits.
     if (isTaking_) return;
+    const Glib::ustring text = DisplayText(control_.Text());
     isShowing_ = true;
-    set_text(DisplayText(control_.Text()));
+    set_text(text);
     isShowing_ = false;
+    // Its length is limited, too. An edit of the beginning would throw away the rest unseen.
+    const bool isWhole = get_text().bytes() == text.bytes();
+    set_editable(isWhole);
+    if (isWhole) {
+        set_has_tooltip(false);
+    } else {
+        set_tooltip_text("This text is too long to be edited here. It is kept as it is.");
+    }
 }
 
 void TextBoxView::TakeText()

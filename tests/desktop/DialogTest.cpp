@@ -1,0 +1,231 @@
+// The dialogs on the screen, with real keys and clicks.
+#include <gmock/gmock.h>
+#include <gtkmm/button.h>
+#include <gtkmm/entry.h>
+#include <gtkmm/picture.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "platform/desktop/TextBoxView.h"
+#include "tests/desktop/Hands.h"
+#include "tests/desktop/Harness.h"
+
+namespace velmora::test {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr char kTemporary[] = "Edit Temporary Record Session";
+constexpr char kPermanent[] = "Edit Permanent Record Session";
+
+class DialogOnScreen : public DesktopTest {
+protected:
+    using Act = std::function<void(Gtk::Window&)>;
+
+    void SetUp() override
+    {
+        DesktopTest::SetUp();
+        StartProgram();
+    }
+
+    /// Calls `open`, which is held until its dialog has closed, and `act` on the dialog once it is
+    /// there; `act` must close it.
+    void InDialog(const std::string& title, const std::function<void()>& open, const Act& act)
+    {
+        bool hasActed = false;
+        const sigc::connection watch = Glib::signal_timeout().connect(
+            [&] {
+                Gtk::Window* dialog = OpenWindow(title);
+                if (!dialog || !dialog->get_focus() || dialog->get_height() == 0) return true;
+                hasActed = true;
+                act(*dialog);
+                return false;
+            },
+            10);
+        const sigc::connection rescue = Glib::signal_timeout().connect_seconds(
+            [&] {
+                ADD_FAILURE() << title << " is still open";
+                Screenshot("still open");
+                if (Gtk::Window* dialog = OpenWindow(title)) dialog->close();
+                return true;
+            },
+            8);
+        open();
+        RunUntil([&] { return hasActed && !OpenWindow(title); }, "the dialog " + title);
+        sigc::connection(rescue).disconnect();
+        sigc::connection(watch).disconnect();
+    }
+    static Gtk::Entry& Entry(Gtk::Window& dialog, const std::string& name)
+    {
+        return dynamic_cast<Gtk::Entry&>(FindIn(dialog, name));
+    }
+    /// Puts a text in the place of what is there, by the keyboard.
+    static void Retype(Gtk::Window& dialog, const std::string& name, const std::string& keys)
+    {
+        Entry(dialog, name).grab_focus();
+        PressKeys(dialog, "ctrl+a " + keys);
+    }
+    static void EntryReads(Gtk::Window& dialog, const std::string& name, const std::string& text)
+    {
+        RunUntil([&] { return Entry(dialog, name).get_text().raw() == text; }, name + " to read " + text);
+    }
+
+    ListItem& Keep(const std::string& type, const std::string& postdata)
+    {
+        frmBrowser::AddRecordItem(Form().lvwPermanent, {type, "Old", "velmora://guide/old", "in", postdata, "", ""});
+        ListItem& row = Form().lvwPermanent.Item(1);
+        Form().lvwPermanent.Select(&row);
+        return row;
+    }
+    void Edit(const std::string& title, const Act& act)
+    {
+        if (Form().mnuHideRecord.Checked()) Press("cmdHideRecord");
+        InDialog(
+            title, [this] { Press("cmdEdit"); }, act);
+    }
+    std::string Status() { return Form().StatusBar1.Panels(1).Text(); }
+    std::string FileText(const std::string& name)
+    {
+        std::ifstream file(folder_ / "session" / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+};
+
+TEST_F(DialogOnScreen, TheEditorComesWithTheNewRecordAndChangesIt)
+{
+    server_.Page("/form.html",
+                 "<form action='sent' method='post'><input name='a' value='one'><input name='b' "
+                 "value='two'><input type='submit'></form>");
+    server_.Page("/sent", "<p>sent</p>");
+    Press("cmdRecord");
+    Go(server_.Url("/form.html"));
+    Expect({.text = "A temporary record is created, do you want to view/edit it now?", .button = "Yes"});
+    InDialog(
+        kTemporary, [this] { Click("[type=submit]"); },
+        [this](Gtk::Window& dialog) {
+            EXPECT_THAT(server_.RequestsTo("/sent"), testing::IsEmpty()) << "the submission waits";
+            EXPECT_EQ(dialog.get_focus()->get_parent(), &FindIn(dialog, "txtSession"));
+            EXPECT_FALSE(FindIn(dialog, "txtUrl").is_sensitive());
+            EXPECT_FALSE(FindIn(dialog, "txtValue(2)").is_sensitive());
+            EntryReads(dialog, "txtValue(1)", "two");
+            EXPECT_TRUE(dialog.get_modal());
+            EXPECT_EQ(dialog.get_transient_for(), &MainWindow());
+            Retype(dialog, "txtValue(1)", "c space ampersand");
+            EntryReads(dialog, "txtValue(1)", "c &");
+            PressKeys(dialog, "Return");
+        });
+    WaitForDocument(server_.Url("/sent"));
+    EXPECT_EQ(Form().ListView1.Item(1).SubItem("Postdata"), "a=one&b=c%20%26");
+
+    Edit(kTemporary, [](Gtk::Window& dialog) {
+        Retype(dialog, "txtSession", "n e w");
+        EntryReads(dialog, "txtSession", "new");
+        ClickOn(FindIn(dialog, "cmdPermanentOK"));
+    });
+    EXPECT_EQ(Form().ListView1.Count(), 0);
+    ASSERT_EQ(Form().lvwPermanent.Count(), 1);
+    EXPECT_EQ(Form().lvwPermanent.Item(1).Text(), "new");
+}
+
+TEST_F(DialogOnScreen, EscapeAndTheCloseBoxOfTheEditorChangeNothing)
+{
+    const ListItem& row = Keep("Form", "a=one");
+    for (const char* way : {"Escape", "close box", "Cancel"}) {
+        Form().StatusBar1.Panels(1).Text = "";
+        Edit(kPermanent, [&](Gtk::Window& dialog) {
+            EXPECT_FALSE(FindIn(dialog, "cmdPermanentOK").is_sensitive());
+            EntryReads(dialog, "txtValue(0)", "one");
+            Retype(dialog, "txtValue(0)", "x");
+            EntryReads(dialog, "txtValue(0)", "x");
+            if (way[0] == 'E') PressKeys(dialog, "Escape");
+            if (way[0] == 'c') dialog.close();
+            if (way[0] == 'C') ClickOn(FindIn(dialog, "cmdCancel"));
+        });
+        EXPECT_EQ(row.SubItem("Postdata"), "a=one") << way;
+        EXPECT_EQ(Status(), "Modification is cancelled!") << way;
+    }
+    RunUntil([this] { return MainWindow().is_active(); }, "the keyboard to come back to the main window");
+}
+
+TEST_F(DialogOnScreen, SixtyFieldsFillThreePagesAndNoneShowsNone)
+{
+    std::string postdata;
+    for (int i = 0; i < 60; ++i) postdata += (i ? "&f" : "f") + std::to_string(i) + "=" + std::to_string(i);
+    ListItem& row = Keep("Form", postdata);
+    Edit(kPermanent, [](Gtk::Window& dialog) {
+        ClickOn(FindIn(dialog, "SSTab1Tab2"));
+        RunUntil([&] { return FindIn(dialog, "txtValue(59)").get_mapped(); }, "page 3");
+        EXPECT_FALSE(FindIn(dialog, "txtValue(0)").get_mapped());
+        Retype(dialog, "txtValue(59)", "z");
+        EntryReads(dialog, "txtValue(59)", "z");
+        EachLabel(dialog,
+                  [](Gtk::Label& label) { EXPECT_FALSE(label.get_layout()->is_ellipsized()) << label.get_text(); });
+        PressKeys(dialog, "Return");
+    });
+    EXPECT_EQ(row.SubItem("Postdata"), postdata.substr(0, postdata.size() - 2) + "z");
+    row.SetSubItem("Postdata", "nothing here");
+    Edit(kPermanent, [](Gtk::Window& dialog) {
+        EXPECT_FALSE(FindIn(dialog, "txtValue(0)").is_sensitive());
+        EntryReads(dialog, "txtValue(0)", "");
+        PressKeys(dialog, "Return");
+    });
+    EXPECT_EQ(row.SubItem("Postdata"), "nothing here");
+}
+
+TEST_F(DialogOnScreen, AValueTooLongForItsBoxSurvivesASave)
+{
+    const std::string value(100000, 'v');
+    ListItem& row = Keep("Form", "<b>&long=" + value + "&short=s");
+    Edit(kPermanent, [&](Gtk::Window& dialog) {
+        EXPECT_FALSE(Entry(dialog, "txtValue(0)").get_editable());
+        Retype(dialog, "txtValue(0)", "x");
+        Retype(dialog, "txtValue(1)", "y");
+        EntryReads(dialog, "txtValue(1)", "y");
+        PressKeys(dialog, "Return");
+    });
+    EXPECT_TRUE(row.SubItem("Postdata") == "long=" + value + "&short=y") << row.SubItem("Postdata").size();
+}
+
+TEST_F(DialogOnScreen, ABookmarkIsRenamed)
+{
+    InDialog(
+        "Edit Bookmark", [this] { Press("cmdBookmark"); },
+        [](Gtk::Window& dialog) {
+            EntryReads(dialog, "txtUrl", "velmora://guide/");
+            EXPECT_FALSE(FindIn(dialog, "txtAction").is_sensitive());
+            PressKeys(dialog, "g u i d e");
+            EntryReads(dialog, "txtSession", "guide");
+            PressKeys(dialog, "Return");
+        });
+    EXPECT_EQ(Form().lvwPermanent.Item(1).Text(), "guide");
+    EXPECT_EQ(Status(), "Record session is modified!");
+}
+
+TEST_F(DialogOnScreen, TheHomePageIsSavedByEnterOnly)
+{
+    const auto open = [this] { Form().mnuHome.Click.Raise(); };
+    const auto type = [](const std::string& keys) {
+        return [keys](Gtk::Window& dialog) { PressKeys(dialog, "a colon b " + keys); };
+    };
+    InDialog("Default Home Page Setup", open, type("Escape"));
+    EXPECT_THAT(FileText("Velmora.xml"), HasSubstr("<Home>velmora://guide/</Home>"));
+    InDialog("Default Home Page Setup", open, type("Return"));
+    EXPECT_THAT(FileText("Velmora.xml"), HasSubstr("<Home>a:b</Home>"));
+    EXPECT_EQ(Status(), "Setting is updated");
+}
+
+TEST_F(DialogOnScreen, TheAboutBoxShowsItsLogoAndClosesByKey)
+{
+    for (const char* key : {"Escape", "Return"}) {
+        InDialog(
+            "About Velmora", [this] { Form().mnuAbout.Click.Raise(); },
+            [key](Gtk::Window& dialog) {
+                EXPECT_TRUE(dynamic_cast<Gtk::Picture&>(FindIn(dialog, "imgLogo")).get_paintable());
+                PressKeys(dialog, key);
+            });
+    }
+}
+
+}  // namespace
+}  // namespace velmora::test

@@ -1,0 +1,285 @@
+// The main window on the screen: where things stand, what reads in full, mouse and keyboard.
+#include <gmock/gmock.h>
+#include <gtkmm/button.h>
+#include <gtkmm/columnview.h>
+
+#include "platform/desktop/ControlSlot.h"
+#include "tests/desktop/Hands.h"
+#include "tests/desktop/Harness.h"
+
+namespace velmora::test {
+namespace {
+
+using testing::ElementsAre;
+
+class MainWindowOnScreen : public DesktopTest {
+protected:
+    void SetUp() override
+    {
+        DesktopTest::SetUp();
+        StartProgram();
+        SizeBecomes(870, 662);
+    }
+
+    /// Waits until the inside of the window has that size, in pixels.
+    void SizeBecomes(int width, int height)
+    {
+        RunUntil(
+            [&] {
+                const auto bar = Place("StatusBar1");
+                return bar.get_width() == width && bar.get_y() + bar.get_height() == height;
+            },
+            "the window's size");
+    }
+    void Resize(int width, int height)
+    {
+        MainWindow().set_default_size(width, height + Menu());
+        SizeBecomes(width, height);
+    }
+    int Menu() { return MainWindow().get_height() - Inside().get_height(); }
+    Gtk::Widget& Inside() { return *Slot("StatusBar1").get_parent(); }
+
+    /// What gives a control its place.
+    Gtk::Widget& Slot(const std::string& control)
+    {
+        Gtk::Widget* widget = &Widget(control);
+        while (!dynamic_cast<ControlSlot*>(widget)) widget = widget->get_parent();
+        return *widget;
+    }
+    /// The place of a control in pixels of the window's inside, below the menu.
+    Gdk::Rectangle Place(const std::string& control) { return Bounds(Slot(control)); }
+    Gdk::Rectangle Bounds(Gtk::Widget& widget)
+    {
+        graphene_rect_t bounds;
+        if (!gtk_widget_compute_bounds(widget.gobj(), Inside().gobj(), &bounds)) return {};
+        return {static_cast<int>(bounds.origin.x), static_cast<int>(bounds.origin.y),
+                static_cast<int>(bounds.size.width), static_cast<int>(bounds.size.height)};
+    }
+    std::string PlaceText(const std::string& control)
+    {
+        const Gdk::Rectangle place = Place(control);
+        return control + " " + std::to_string(place.get_x()) + "," + std::to_string(place.get_y()) + " " +
+               std::to_string(place.get_width()) + "x" + std::to_string(place.get_height());
+    }
+    std::vector<std::string> Places(const std::vector<std::string>& controls)
+    {
+        std::vector<std::string> places;
+        for (const std::string& control : controls) places.push_back(PlaceText(control));
+        return places;
+    }
+
+    static RecordItem Record(const std::string& name, const std::string& url)
+    {
+        return {"Form", name, url, url + "in", "a=b", "", ""};
+    }
+    void Keep(const std::string& name) { frmBrowser::AddRecordItem(Form().lvwPermanent, Record(name, "u:" + name)); }
+    std::vector<std::string> Names()
+    {
+        std::vector<std::string> names;
+        for (int i = 1; i <= Form().lvwPermanent.Count(); ++i) names.push_back(Form().lvwPermanent.Item(i).Text());
+        return names;
+    }
+    /// The name of the control that has the keyboard focus.
+    std::string Focus()
+    {
+        for (Gtk::Widget* widget = MainWindow().get_focus(); widget; widget = widget->get_parent()) {
+            const std::string name = widget->get_name().raw();
+            if (name.rfind("Gtk", 0) != 0 && name.find("velmora") == std::string::npos) return name;
+        }
+        return "nothing";
+    }
+    void FocusBecomes(const std::string& control)
+    {
+        RunUntil([&] { return Focus() == control; }, "the focus in " + control + " instead of " + Focus());
+    }
+};
+
+TEST_F(MainWindowOnScreen, TheBrowserTakesTheRoomThatTheRecordPanelAndTheWindowGiveIt)
+{
+    const std::vector<std::string> moving{"txtUrl",    "wbMyBrowser", "SSTab1",  "cmdEdit",
+                                          "cmdDelete", "cmdSave",     "cmdFill", "StatusBar1"};
+    EXPECT_THAT(Places({"wbMyBrowser", "StatusBar1"}),
+                ElementsAre("wbMyBrowser 8,80 851x557", "StatusBar1 0,637 870x25"));
+    Press("cmdHideRecord");
+    SizeBecomes(870, 662);
+    FocusBecomes("txtUrl");
+    RunUntil([&] { return Place("wbMyBrowser").get_height() < 400; }, "the panel");
+    EXPECT_THAT(Places(moving),
+                ElementsAre("txtUrl 56,48 802x25", "wbMyBrowser 8,80 851x346", "SSTab1 8,440 732x193",
+                            "cmdEdit 746,440 113x33", "cmdDelete 746,479 113x33", "cmdSave 746,519 113x33",
+                            "cmdFill 746,559 113x33", "StatusBar1 0,637 870x25"));
+    Resize(1200, 800);
+    EXPECT_THAT(Places(moving),
+                ElementsAre("txtUrl 56,48 1132x25", "wbMyBrowser 8,80 1181x484", "SSTab1 8,578 1062x193",
+                            "cmdEdit 1076,578 113x33", "cmdDelete 1076,617 113x33", "cmdSave 1076,657 113x33",
+                            "cmdFill 1076,697 113x33", "StatusBar1 0,775 1200x25"));
+    FocusBecomes("txtUrl");
+    // Too small for its controls: nothing breaks, and what there is of the page ends at the status bar.
+    Resize(200, 90);
+    EXPECT_EQ(PlaceText("StatusBar1"), "StatusBar1 0,65 200x25");
+    Resize(870, 662);
+    EXPECT_EQ(PlaceText("SSTab1"), "SSTab1 8,440 732x193");
+}
+
+TEST_F(MainWindowOnScreen, EveryCaptionReadsInFullAndTheButtonsStandAnEvenDistanceApart)
+{
+    Press("cmdHideRecord");
+    RunUntil([&] { return Widget("cmdEdit").get_mapped(); }, "the panel");
+    Press("cmdRecord");
+    Press("cmdAutoClick");
+    Press("cmdAutoHide");
+    EachLabel(MainWindow(), [](Gtk::Label& label) {
+        // Titles of columns that are scrolled out of sight have no place.
+        EXPECT_FALSE(label.get_layout()->is_ellipsized()) << label.get_text();
+        EXPECT_LE(label.get_layout()->get_pixel_logical_extents().get_width(), label.get_width()) << label.get_text();
+    });
+    std::vector<int> gaps;
+    int end = 0;
+    for (const char* name : {"cmdBack", "cmdPlayback", "cmdHideRecord", "cmdRecord", "cmdAutoHide", "cmdPrompt",
+                             "cmdAutoClick", "cmdBookmark"}) {
+        const Gdk::Rectangle drawn = Bounds(Widget(name));
+        if (end > 0) gaps.push_back(drawn.get_x() - end);
+        end = drawn.get_x() + drawn.get_width();
+    }
+    EXPECT_THAT(gaps, testing::Each(3));
+}
+
+TEST_F(MainWindowOnScreen, TheMouseSortsChoosesTabsAndSelects)
+{
+    for (const char* name : {"pear", "Apple", "fig"}) Keep(name);
+    Press("cmdHideRecord");
+    RunUntil([&] { return Widget("lvwPermanentColumn1").get_mapped(); }, "the header");
+    // The start has sorted once, so that the first click gives the other direction.
+    ClickOn(Widget("lvwPermanentColumn1"));
+    RunUntil([&] { return Names() == std::vector<std::string>{"Apple", "fig", "pear"}; }, "the sorted list");
+    ClickOn(Widget("lvwPermanentColumn3"));
+    RunUntil([&] { return Names() == std::vector<std::string>{"pear", "fig", "Apple"}; }, "the list sorted down");
+    EXPECT_EQ(Form().lvwPermanent.SelectedItem(), nullptr);
+    Gtk::Label* fig = nullptr;
+    RunUntil(
+        [&] {
+            EachLabel(Widget("lvwPermanent"), [&](Gtk::Label& label) {
+                if (label.get_text() == "fig" && label.get_width() > 0) fig = &label;
+            });
+            return fig != nullptr;
+        },
+        "the row fig");
+    ClickOn(*fig);
+    RunUntil([&] { return Form().lvwPermanent.SelectedItem() == &Form().lvwPermanent.Item(2); }, "a selected row");
+
+    ClickOn(Widget("SSTab1Tab1"));
+    RunUntil([&] { return Widget("ListView1Column1").get_mapped(); }, "the temporary records");
+    EXPECT_TRUE(Widget("cmdSave").is_sensitive());
+    EXPECT_FALSE(Widget("cmdFill").is_sensitive());
+    EXPECT_FALSE(Widget("lvwPermanent").get_mapped());
+    ClickOn(Widget("ListView1Column1"));
+    EXPECT_FALSE(Form().ListView1.Sorted());
+}
+
+TEST_F(MainWindowOnScreen, TheKeyboardReachesAndPressesEverything)
+{
+    Keep("pear");
+    Keep("fig");
+    Press("cmdHideRecord");
+    RunUntil([&] { return Widget("cmdFill").get_mapped(); }, "the panel");
+    Widget("cmdBack").grab_focus();
+    std::vector<std::string> order;
+    for (int i = 0; i < 13; ++i) {
+        const std::string before = Focus();
+        order.push_back(before);
+        PressKeys(MainWindow(), "Tab");
+        RunUntil([&] { return Focus() != before; }, "the stop after " + before);
+    }
+    // cmdSave is disabled and ListView1 out of sight: the Tab key leaves both out.
+    EXPECT_THAT(order,
+                ElementsAre("cmdBack", "cmdPlayback", "cmdRecord", "cmdHideRecord", "cmdAutoHide", "cmdPrompt",
+                            "cmdAutoClick", "txtUrl", "SSTab1Tab0", "lvwPermanent", "cmdEdit", "cmdDelete", "cmdFill"));
+    EXPECT_EQ(Focus(), "cmdBookmark");
+
+    Widget("lvwPermanent").child_focus(Gtk::DirectionType::TAB_FORWARD);
+    PressKeys(MainWindow(), "Down space");
+    RunUntil([&] { return Form().lvwPermanent.SelectedItem() != nullptr; }, "a row chosen by key");
+    // From the first row Up leads to the titles.
+    const int before = Form().lvwPermanent.SortOrder();
+    PressKeys(MainWindow(), "Home Up Right space");
+    RunUntil([&] { return Form().lvwPermanent.SortKey() == 1; }, "the list sorted by key");
+    EXPECT_NE(Form().lvwPermanent.SortOrder(), before);
+    PressKeys(MainWindow(), "Down");
+    RunUntil([&] { return Focus() == "lvwPermanent"; }, "the focus back in the rows");
+    Widget("SSTab1Tab0").grab_focus();
+    PressKeys(MainWindow(), "Right space");
+    RunUntil([&] { return Form().SSTab1.Tab() == 1; }, "a tab chosen by key");
+    Widget("txtUrl").grab_focus();
+    const std::size_t pages = Completed().size();
+    PressKeys(MainWindow(), "ctrl+a x Return");
+    RunUntil([&] { return Form().txtUrl.Text() == "x"; }, "the typed address");
+    EXPECT_EQ(Form().StatusBar1.Panels(1).Text(), "");
+    EXPECT_EQ(Completed().size(), pages);
+    PressKeys(MainWindow(), "alt+r Return");
+    RunUntil([&] { return Form().mnuAutoRecord.Checked(); }, "a menu entry chosen by key");
+    FocusBecomes("txtUrl");
+}
+
+TEST_F(MainWindowOnScreen, TheCloseBoxIsExitAndWaitsForAnOpenQuestion)
+{
+    frmBrowser::AddRecordItem(Form().ListView1, Record("not kept", "u"));
+    const std::string question = "You have temporary record not saved as permanent yet, do you really want to exit?";
+    Expect({.text = question, .button = "No", .before = [this] { MainWindow().close(); }});
+    MainWindow().close();
+    EXPECT_FALSE(dialogs_.hasEnded);
+    Expect({.text = question, .button = "Yes"});
+    MainWindow().close();
+    EXPECT_TRUE(dialogs_.hasEnded);
+    EXPECT_EQ(Asked().size(), 2U) << "one question at a time";
+}
+
+TEST_F(MainWindowOnScreen, AHundredThousandRowsStaySmooth)
+{
+    constexpr int kRows = 100000;
+    Press("cmdHideRecord");
+    Form().lvwPermanent.Sorted = false;  // As while the records are read from their files.
+    for (int i = 0; i < kRows; ++i) Keep("Record " + std::to_string((i + 1) * 7919LL % kRows));
+    const auto& list = Form().lvwPermanent;
+    auto& view = dynamic_cast<Gtk::ColumnView&>(Widget("lvwPermanent"));
+    RunUntil([&] { return view.get_model()->get_selection() && Widget("lvwPermanentColumn1").get_mapped(); }, "rows");
+    auto scroll = view.get_vadjustment();
+    RunUntil([&] { return scroll->get_upper() > kRows * 10.0; }, "a long list");
+    for (int step = 1; step <= 10; ++step) {
+        scroll->set_value(scroll->get_upper() * step / 10 - scroll->get_page_size());
+        g_main_context_iteration(nullptr, FALSE);
+    }
+    ClickOn(Widget("lvwPermanentColumn1"));
+    RunUntil([&] { return Form().lvwPermanent.Item(1).Text() == "Record 0"; }, "the sorted list");
+    SelectRow("lvwPermanent", kRows);
+    EXPECT_EQ(list.SelectedItem(), &Form().lvwPermanent.Item(kRows));
+    int cells = 0;
+    EachLabel(view, [&cells](Gtk::Label&) { ++cells; });
+    EXPECT_LT(cells, 3000) << "only rows in sight have widgets";
+}
+
+TEST_F(MainWindowOnScreen, BadTextsArePlainTextOnOneLine)
+{
+    const std::string bad = "<b>a & b</b>\r\n\t\u202Eright\u0301\u0301 " + std::string(100000, 'x');
+    frmBrowser::AddRecordItem(Form().lvwPermanent, Record(bad, bad));
+    Press("cmdHideRecord");
+    std::string shown;
+    RunUntil(
+        [&] {
+            EachLabel(Widget("lvwPermanent"), [&](Gtk::Label& label) {
+                if (label.get_text().raw().rfind("<b>", 0) == 0) shown = label.get_text().raw();
+            });
+            return !shown.empty();
+        },
+        "the row");
+    EXPECT_EQ(shown.substr(0, 12), "<b>a & b</b>");
+    EXPECT_EQ(shown.find_first_of("\r\n\t"), std::string::npos);
+    Form().StatusBar1.Panels(1).Text = bad;
+    EXPECT_EQ(dynamic_cast<Gtk::Label&>(Widget("StatusBar1Panel1")).get_text().raw(), shown);
+    Form().lvwPermanent.Select(&Form().lvwPermanent.Item(1));
+    Expect({.text = "Are you sure to delete this permanent record session?", .button = "No"});
+    Press("cmdDelete");
+    EXPECT_EQ(Asked().back().substr(0, 12), "<b>a & b</b>");
+}
+
+}  // namespace
+}  // namespace velmora::test
