@@ -17,6 +17,22 @@ std::string NewFolder()
 
 }  // namespace
 
+void RunUntil(const std::function<bool()>& condition)
+{
+    const auto limit = Clock::now() + std::chrono::seconds(30);
+    const guint tick = g_timeout_add(
+        10, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
+    while (!condition() && Clock::now() < limit) g_main_context_iteration(nullptr, TRUE);
+    g_source_remove(tick);
+    if (!condition()) throw std::runtime_error("the page did not come");
+}
+
+BenchPage& ThePage()
+{
+    static BenchPage page;
+    return page;
+}
+
 BenchPage::BenchPage()
     : folder_(NewFolder()),
       program_(desktop_, dialogs_,
@@ -82,16 +98,6 @@ double BenchPage::Script(const std::string& script)
         &outcome);
     RunUntil([&] { return outcome.done; });
     return outcome.value;
-}
-
-void BenchPage::RunUntil(const std::function<bool()>& condition)
-{
-    const auto limit = Clock::now() + std::chrono::seconds(30);
-    const guint tick = g_timeout_add(
-        10, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
-    while (!condition() && Clock::now() < limit) g_main_context_iteration(nullptr, TRUE);
-    g_source_remove(tick);
-    if (!condition()) throw std::runtime_error("the page did not come");
 }
 
 }  // namespace velmora::bench

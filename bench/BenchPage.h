@@ -32,12 +32,16 @@ private:
     Desktop& desktop_;
 };
 
+/// Lets events run until the condition holds; throws std::runtime_error after half a minute.
+void RunUntil(const std::function<bool()>& condition);
+
 class BenchPage {
 public:
     BenchPage();
 
     frmBrowser& Form() { return program_.Form(); }
     SilentDialogs& Questions() { return dialogs_; }
+    WebKitWebView* View() { return program_.Engine().View(); }
     test::WebServer& Server() { return server_; }
 
     /// Loads a page by Go. Gives the time from the arrival of the event DocumentComplete to the end of
@@ -49,8 +53,6 @@ public:
 
 private:
     static gboolean NoteArrival(GSignalInvocationHint*, guint, const GValue* values, gpointer self);
-    void RunUntil(const std::function<bool()>& condition);
-
     Desktop desktop_;
     SilentDialogs dialogs_{desktop_};
     std::string folder_;
@@ -59,5 +61,8 @@ private:
     Clock::time_point arrived_;
     std::function<void(const std::string& url)> completed_;
 };
+
+/// The one program of all benchmarks; made at the first call.
+BenchPage& ThePage();
 
 }  // namespace velmora::bench

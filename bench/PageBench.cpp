@@ -12,8 +12,6 @@
 namespace velmora::bench {
 namespace {
 
-BenchPage* thePage = nullptr;
-
 using Seconds = std::chrono::duration<double>;
 
 /// A form with as many fields, one of each kind in turn.
@@ -91,7 +89,7 @@ void ForgetRecords(ListView& list)
 void Fill(benchmark::State& state)
 {
     const int fields = static_cast<int>(state.range(0));
-    BenchPage& page = *thePage;
+    BenchPage& page = ThePage();
     page.Server().Page("/form.html", FormPage(fields));
     ForgetRecords(page.Form().lvwPermanent);
     frmBrowser::AddRecordItem(page.Form().lvwPermanent, {.Type = kTypeForm,
@@ -120,7 +118,7 @@ void Fill(benchmark::State& state)
 void Capture(benchmark::State& state)
 {
     const int fields = static_cast<int>(state.range(0));
-    BenchPage& page = *thePage;
+    BenchPage& page = ThePage();
     page.Server().Page("/form.html", FormPage(fields));
     ForgetRecords(page.Form().lvwPermanent);
     if (!page.Form().mnuAutoRecord.Checked()) page.Form().mnuAutoRecord_Click();
@@ -148,7 +146,7 @@ void Capture(benchmark::State& state)
 
 void CompleteLongPage(benchmark::State& state)
 {
-    BenchPage& page = *thePage;
+    BenchPage& page = ThePage();
     std::string html = "<!DOCTYPE html>";
     for (int i = 0; i < 5; ++i) html += "<form id='f" + std::to_string(i) + "' action='to.cgi'><input name='a'></form>";
     while (html.size() < (std::size_t{2} << 20)) {
@@ -177,12 +175,3 @@ BENCHMARK(CompleteLongPage)->UseManualTime()->Unit(benchmark::kMillisecond)->Ite
 
 }  // namespace
 }  // namespace velmora::bench
-
-int main(int argc, char** argv)
-{
-    benchmark::Initialize(&argc, argv);
-    velmora::bench::BenchPage page;
-    velmora::bench::thePage = &page;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

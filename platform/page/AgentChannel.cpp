@@ -28,8 +28,8 @@ constexpr int kPriority = G_PRIORITY_HIGH * 2;
 
 }  // namespace
 
-AgentChannel::AgentChannel(int descriptor, Serve serve, std::function<void()> closed)
-    : descriptor_(descriptor), serve_(std::move(serve)), closed_(std::move(closed))
+AgentChannel::AgentChannel(int descriptor, Serve serve, Revision revision, std::function<void()> closed)
+    : descriptor_(descriptor), serve_(std::move(serve)), revision_(std::move(revision)), closed_(std::move(closed))
 {
     source_ = g_unix_fd_add_full(kPriority, descriptor_, static_cast<GIOCondition>(G_IO_IN | G_IO_HUP | G_IO_ERR),
                                  OnReadable, this, nullptr);
@@ -41,17 +41,30 @@ AgentChannel::~AgentChannel()
     close(descriptor_);
 }
 
-void AgentChannel::ServeReadsNow()
+bool AgentChannel::ServeInPage()
 {
-    while (WaitFor(descriptor_, POLLIN, Clock::now() + kTurnPause) && NextIsRead() && ServeOne()) {
+    if (!SendPending()) return false;
+    while (WaitFor(descriptor_, POLLIN, Clock::now() + kTurnPause)) {
+        const auto operation = NextOperation();
+        if (operation == wire::kWrite) {
+            wire::RequestHeader header{};
+            std::string body;
+            if (!Receive(header, body)) return false;
+            pending_ = serve_(header, body);
+            pendingFrame_ = header.frame;
+            return true;
+        }
+        const bool isRead = operation == wire::kRead || operation == wire::kMarkup;
+        if (!isRead || !ServeOne()) return false;
     }
+    return false;
 }
 
-bool AgentChannel::NextIsRead() const
+std::optional<std::uint32_t> AgentChannel::NextOperation() const
 {
     wire::RequestHeader header{};
-    return recv(descriptor_, &header, sizeof header, MSG_PEEK | MSG_DONTWAIT) == sizeof header &&
-           (header.operation == wire::kRead || header.operation == wire::kMarkup);
+    if (recv(descriptor_, &header, sizeof header, MSG_PEEK | MSG_DONTWAIT) != sizeof header) return std::nullopt;
+    return header.operation;
 }
 
 gboolean AgentChannel::OnReadable(gint, GIOCondition, gpointer data)
@@ -66,6 +79,7 @@ gboolean AgentChannel::OnReadable(gint, GIOCondition, gpointer data)
 
 bool AgentChannel::ServeBurst()
 {
+    if (!SendPending()) return false;
     do {
         if (!ServeOne()) return false;
     } while (WaitFor(descriptor_, POLLIN, Clock::now() + kBurstPause));
@@ -74,23 +88,36 @@ bool AgentChannel::ServeBurst()
 
 bool AgentChannel::ServeOne()
 {
-    const auto deadline = Clock::now() + kPatience;
     wire::RequestHeader header{};
-    if (!ReceiveAll(descriptor_, &header, sizeof header, deadline)) return false;
-    if (header.bodyBytes > wire::kLongestRequest) return false;
-    std::string body(header.bodyBytes, '\0');
-    if (!ReceiveAll(descriptor_, body.data(), body.size(), deadline)) return false;
-    return header.operation == wire::kDone || Send(serve_(header, body));
+    std::string body;
+    if (!Receive(header, body)) return false;
+    const Answer answer = serve_(header, body);
+    return header.operation == wire::kDone || Send(header.frame, answer);
 }
 
-bool AgentChannel::Send(const Answer& answer)
+bool AgentChannel::Receive(wire::RequestHeader& header, std::string& body)
+{
+    const auto deadline = Clock::now() + kPatience;
+    if (!ReceiveAll(descriptor_, &header, sizeof header, deadline)) return false;
+    if (header.bodyBytes > wire::kLongestRequest) return false;
+    body.resize(header.bodyBytes);
+    return ReceiveAll(descriptor_, body.data(), body.size(), deadline);
+}
+
+bool AgentChannel::SendPending()
+{
+    const auto pending = std::exchange(pending_, std::nullopt);
+    return !pending || Send(pendingFrame_, *pending);
+}
+
+bool AgentChannel::Send(std::uint64_t frame, const Answer& answer)
 {
     if (answer.body.size() > wire::kLongestAnswer) {
-        return Send({.failed = true, .revision = answer.revision, .body = "the answer is too long"});
+        return Send(frame, {.failed = true, .body = "the answer is too long"});
     }
     const wire::AnswerHeader header{.bodyBytes = static_cast<std::uint32_t>(answer.body.size()),
                                     .failed = answer.failed ? 1U : 0U,
-                                    .revision = answer.revision};
+                                    .revision = revision_(frame)};
     const auto deadline = Clock::now() + kPatience;
     return SendAll(descriptor_, &header, sizeof header, deadline) &&
            SendAll(descriptor_, answer.body.data(), answer.body.size(), deadline);

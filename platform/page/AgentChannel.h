@@ -17,20 +17,23 @@ class AgentChannel {
 public:
     struct Answer {
         bool failed = false;
-        std::uint64_t revision = 0;
         std::string body;
     };
+    /// Serves a request.
     using Serve = std::function<Answer(const wire::RequestHeader&, const std::string& body)>;
+    /// How often the structure of a frame's forms has changed; asked when an answer goes out.
+    using Revision = std::function<std::uint64_t(std::uint64_t frame)>;
 
     /// Takes over the descriptor.
-    AgentChannel(int descriptor, Serve serve, std::function<void()> closed);
+    AgentChannel(int descriptor, Serve serve, Revision revision, std::function<void()> closed);
     ~AgentChannel();
-    /// Waits a moment for requests and serves them from here, up to the first write. Called when a
-    /// document has finished, from inside its last event: what the engine does next, the layout of
-    /// the whole page, can take long, and the program stands still until it has its answers. A write
-    /// waits for the main loop, since what the page does in answer to it (promises among it) cannot
-    /// run inside an event.
-    void ServeReadsNow();
+
+    /// Waits a moment for requests and serves them, up to and including the first write, from inside a
+    /// document's last event: what the engine does behind it, the layout of the whole page, can take
+    /// long, and the program stands still until it has its answers. True after a write: its answer
+    /// goes out with the next call, which is to come when the page's own promises have run. False
+    /// when there is nothing more to serve here.
+    bool ServeInPage();
 
     AgentChannel(const AgentChannel&) = delete;
     AgentChannel& operator=(const AgentChannel&) = delete;
@@ -39,12 +42,18 @@ private:
     static gboolean OnReadable(gint descriptor, GIOCondition condition, gpointer self);
     bool ServeBurst();
     bool ServeOne();
-    bool NextIsRead() const;
-    bool Send(const Answer& answer);
+    bool Receive(wire::RequestHeader& header, std::string& body);
+    bool Send(std::uint64_t frame, const Answer& answer);
+    bool SendPending();
+    /// The operation of the request that waits; nothing if none has arrived whole.
+    std::optional<std::uint32_t> NextOperation() const;
 
     int descriptor_;
     Serve serve_;
+    Revision revision_;
     std::function<void()> closed_;
+    std::optional<Answer> pending_;  ///< Of a write in a page, and its frame.
+    std::uint64_t pendingFrame_ = 0;
     guint source_ = 0;
 };
 

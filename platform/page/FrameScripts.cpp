@@ -1,6 +1,7 @@
 #include "platform/page/FrameScripts.h"
 
 #include "agent_script.h"
+#include "platform/page/Converter.h"
 
 namespace velmora {
 
@@ -23,6 +24,13 @@ void ThrowIfFailed(JSCContext* context)
     throw ScriptError(message);
 }
 
+/// The bytes of a text in an encoding, each as the character of its number.
+char* OnConvert(const char* text, const char* encoding, gpointer)
+{
+    const std::string bytes = Convert(text ? text : "", encoding ? encoding : "");
+    return g_convert(bytes.data(), static_cast<gssize>(bytes.size()), "UTF-8", "ISO-8859-1", nullptr, nullptr, nullptr);
+}
+
 }  // namespace
 
 void FrameScripts::OnTell(const char* kind, const char* packed, gpointer data)
@@ -31,18 +39,37 @@ void FrameScripts::OnTell(const char* kind, const char* packed, gpointer data)
     sender.tell(kind ? kind : "", sender.frame + '\n' + (packed ? packed : ""));
 }
 
+gboolean FrameScripts::OnServe(gpointer self) { return static_cast<FrameScripts*>(self)->serve_(); }
+
+FrameScripts::Value FrameScripts::Evaluate(JSCContext* context, const std::string& file)
+{
+    const std::string_view source = agent_script::Find(file);
+    Value value(jsc_context_evaluate_with_source_uri(context, source.data(), static_cast<gssize>(source.size()),
+                                                     ("velmora-" + file).c_str(), 1));
+    ThrowIfFailed(context);
+    return value;
+}
+
 void FrameScripts::Begin(JSCContext* context, std::uint64_t frame)
 {
-    const std::string_view source = agent_script::Find("agent.js");
-    const Value start(jsc_context_evaluate_with_source_uri(context, source.data(), static_cast<gssize>(source.size()),
-                                                           "velmora-agent.js", 1));
-    ThrowIfFailed(context);
+    const Value start = Evaluate(context, "agent.js");
+    const Value parts(jsc_value_new_object(context, nullptr, nullptr));
+    for (const char* part : {"formbody", "settling", "submissions"}) {
+        jsc_value_object_set_property(parts.get(), part, Evaluate(context, std::string(part) + ".js").get());
+    }
+    const Value convert(jsc_value_new_function(context, "convert", G_CALLBACK(OnConvert), nullptr, nullptr,
+                                               G_TYPE_STRING, 2, G_TYPE_STRING, G_TYPE_STRING));
+    jsc_value_object_set_property(parts.get(), "convert", convert.get());
+    // The scripts of a page are gone before the agent is.
+    const Value serve(
+        jsc_value_new_function(context, "serve", G_CALLBACK(OnServe), this, nullptr, G_TYPE_BOOLEAN, 0, G_TYPE_NONE));
+    jsc_value_object_set_property(parts.get(), "serve", serve.get());
     const Value number(jsc_value_new_number(context, static_cast<double>(frame)));
     const Value tell(jsc_value_new_function(
         context, "tell", G_CALLBACK(&FrameScripts::OnTell), new Sender{tell_, std::to_string(frame)},
         [](gpointer sender) { delete static_cast<Sender*>(sender); }, G_TYPE_NONE, 2, G_TYPE_STRING, G_TYPE_STRING));
-    const Value object(
-        jsc_value_function_call(start.get(), JSC_TYPE_VALUE, number.get(), JSC_TYPE_VALUE, tell.get(), G_TYPE_NONE));
+    const Value object(jsc_value_function_call(start.get(), JSC_TYPE_VALUE, number.get(), JSC_TYPE_VALUE, tell.get(),
+                                               JSC_TYPE_VALUE, parts.get(), G_TYPE_NONE));
     ThrowIfFailed(context);
     jsc_context_set_value(context, "velmoraAgent", object.get());
     scripts_[frame] = Script{WeakValue(jsc_weak_value_new(object.get()))};
@@ -83,6 +110,21 @@ std::string FrameScripts::Ask(std::uint64_t frame, const std::string& request)
 std::string FrameScripts::Markup(std::uint64_t frame) { return BytesOf(Call(frame, "markup").get()); }
 
 void FrameScripts::Click(std::uint64_t frame, const std::string& handle) { Call(frame, "click", handle.c_str()); }
+
+void FrameScripts::Rest()
+{
+    std::vector<std::uint64_t> frames;
+    for (const auto& script : scripts_) frames.push_back(script.first);
+    for (const std::uint64_t frame : frames) {
+        try {
+            Call(frame, "rest");
+        } catch (const ScriptError&) {
+            // A frame that is gone rests for good.
+        }
+    }
+}
+
+void FrameScripts::Moved(std::uint64_t frame) { Call(frame, "moved"); }
 
 std::uint64_t FrameScripts::Revision(std::uint64_t frame)
 {

@@ -25,7 +25,10 @@ public:
     /// Sends an event of the script: its kind, the packed text.
     using Tell = std::function<void(const std::string& kind, const std::string& packed)>;
 
-    explicit FrameScripts(Tell tell) : tell_(std::move(tell)) {}
+    /// Serves what the program asks of a document that has just finished; see AgentChannel.
+    using ServeInPage = std::function<bool()>;
+
+    FrameScripts(Tell tell, ServeInPage serve) : tell_(std::move(tell)), serve_(std::move(serve)) {}
 
     /// Starts the script in a document that has just begun.
     void Begin(JSCContext* context, std::uint64_t frame);
@@ -35,6 +38,10 @@ public:
     /// The markup inside the document element.
     std::string Markup(std::uint64_t frame);
     void Click(std::uint64_t frame, const std::string& handle);
+    /// Nothing more is asked of any frame for now.
+    void Rest();
+    /// The address of the frame's document may have changed within the document.
+    void Moved(std::uint64_t frame);
     /// How often the structure of the frame's forms has changed; 0 for a frame that is gone.
     std::uint64_t Revision(std::uint64_t frame);
 
@@ -50,11 +57,14 @@ private:
         WeakValue object;
     };
 
+    static Value Evaluate(JSCContext* context, const std::string& file);
     Value Call(std::uint64_t frame, const char* method, const char* argument = nullptr);
     static std::string BytesOf(JSCValue* value);
+    static gboolean OnServe(gpointer self);
     static void OnTell(const char* kind, const char* packed, gpointer sender);
 
     Tell tell_;
+    ServeInPage serve_;
     std::map<std::uint64_t, Script> scripts_;
 };
 

@@ -19,7 +19,8 @@ class PageAgent {
 public:
     explicit PageAgent(WebKitWebPage* page)
         : page_(page), number_((static_cast<std::uint64_t>(g_random_int()) << 16) ^ webkit_web_page_get_id(page)),
-          scripts_([this](const std::string& kind, const std::string& packed) { Tell(kind, packed); })
+          scripts_([this](const std::string& kind, const std::string& packed) { Tell(kind, packed); },
+                   [this] { return channel_ && channel_->ServeInPage(); })
     {
     }
 
@@ -28,6 +29,7 @@ public:
         // The engine hands a page to its process before the program knows of the process, so the
         // program cannot give the agent anything; the agent asks, as soon as there is a document.
         if (!channel_) AskForChannel();
+        if (webkit_frame_is_main_frame(frame)) mainFrame_ = webkit_frame_get_id(frame);
         JSCContext* context = webkit_frame_get_js_context_for_script_world(frame, world);
         try {
             scripts_.Begin(context, webkit_frame_get_id(frame));
@@ -37,12 +39,21 @@ public:
         g_object_unref(context);
     }
 
+    void Take(WebKitUserMessage* message)
+    {
+        if (std::string(webkit_user_message_get_name(message)) != wire::kMoved) return;
+        try {
+            scripts_.Moved(mainFrame_);
+        } catch (const ScriptError&) {
+            // A page without a document yet: it will be told when it has finished.
+        }
+    }
+
 private:
     void Tell(const std::string& kind, const std::string& packed)
     {
         WebKitUserMessage* message = NewMessage(wire::kEventPrefix + kind, packed);
         webkit_web_page_send_message_to_view(page_, message, nullptr, nullptr, nullptr);
-        if (channel_ && wire::kEventPrefix + kind == wire::kFinished) channel_->ServeReadsNow();
     }
 
     WebKitUserMessage* NewMessage(const std::string& name, const std::string& packed) const
@@ -77,6 +88,7 @@ private:
         if (descriptor < 0) return;
         channel_ = std::make_unique<AgentChannel>(
             descriptor, [this](const auto& header, const auto& body) { return Serve(header, body); },
+            [this](std::uint64_t frame) { return scripts_.Revision(frame); },
             [this] {
                 // The program gave up waiting once: a new channel has no late answers in it.
                 channel_.reset();
@@ -93,13 +105,13 @@ private:
             case wire::kWrite: answer.body = scripts_.Ask(request.frame, body); break;
             case wire::kMarkup: answer.body = scripts_.Markup(request.frame); break;
             case wire::kClick: ClickLater(request.frame, body); break;
+            case wire::kDone: scripts_.Rest(); return answer;
             default: throw ScriptError("no such operation");
             }
         } catch (const ScriptError& error) {
             answer.failed = true;
             answer.body = error.what();
         }
-        answer.revision = scripts_.Revision(request.frame);
         return answer;
     }
 
@@ -128,6 +140,7 @@ private:
 
     WebKitWebPage* page_;
     const std::uint64_t number_;
+    std::uint64_t mainFrame_ = 0;
     FrameScripts scripts_;
     std::unique_ptr<AgentChannel> channel_;
     bool asked_ = false;
@@ -138,8 +151,15 @@ constexpr char kAgentKey[] = "velmora-agent";
 
 void OnPageCreated(WebKitWebProcessExtension*, WebKitWebPage* page, gpointer)
 {
-    g_object_set_data_full(G_OBJECT(page), kAgentKey, new PageAgent(page),
-                           [](gpointer agent) { delete static_cast<PageAgent*>(agent); });
+    auto* agent = new PageAgent(page);
+    g_object_set_data_full(G_OBJECT(page), kAgentKey, agent,
+                           [](gpointer data) { delete static_cast<PageAgent*>(data); });
+    g_signal_connect(page, "user-message-received",
+                     G_CALLBACK(+[](WebKitWebPage*, WebKitUserMessage* message, PageAgent* receiver) -> gboolean {
+                         receiver->Take(message);
+                         return TRUE;
+                     }),
+                     agent);
 }
 
 void OnWindowObjectCleared(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame* frame, gpointer)

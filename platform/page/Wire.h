@@ -18,10 +18,16 @@ namespace velmora::wire {
 inline constexpr char kHello[] = "velmora.hello";        ///< Asks for a channel; the reply carries one end of it.
 inline constexpr char kBegun[] = "velmora.begun";        ///< A new document; top.
 inline constexpr char kFinished[] = "velmora.finished";  ///< Address, top.
-inline constexpr char kFormData[] = "velmora.formdata";  ///< Address, method, enctype, encoding, target, target's
-                                                         ///< frame, count, then name and value of each entry.
+inline constexpr char kFormData[] = "velmora.formdata";  ///< Address, method, target, target's frame, and the
+                                                         ///< body, empty if the method is not "post".
 inline constexpr char kLink[] = "velmora.link";          ///< Address, target, target's frame.
-inline constexpr char kError[] = "velmora.error";        ///< A fault in the agent's own script.
+/// As kFormData, but sent by the page's script; then the document's address, the time of the submission
+/// (milliseconds since 1970), and the facts of the form and its elements at that time.
+inline constexpr char kSubmitted[] = "velmora.submitted";
+inline constexpr char kError[] = "velmora.error";  ///< A fault in the agent's own script.
+
+/// From the program to the page: the address that is shown has changed, perhaps within the document.
+inline constexpr char kMoved[] = "velmora.moved";
 
 /// The name of an event in the agent's script and in the list above.
 inline constexpr char kEventPrefix[] = "velmora.";

@@ -1,10 +1,11 @@
 // The page agent's script. It runs in every frame of a page, in a script world of its own: the page's
 // scripts cannot see or change what is here, and the prototypes that it uses are untouched.
 //
-// The file is one function. It is called once for each new document, with the frame's number and a
-// function that sends an event to the program. What it returns answers the program's requests; it is
-// kept as `velmoraAgent` in the frame's window, where the agents of the frames around find it.
-(function (frameNumber, tellProgram) {
+// The file is one function. It is called once for each new document, with the frame's number, a
+// function that sends an event to the program, the function of formbody.js and what that one needs.
+// What it returns answers the program's requests; it is kept as `velmoraAgent` in the frame's window,
+// where the agents of the frames around find it.
+(function (frameNumber, tellProgram, parts) {
   "use strict";
 
   // --- Texts on the wire: joined by line feeds, with "\", line feed and zero escaped -------------
@@ -102,12 +103,21 @@
     return listed.filter((element) => element.matches("input,select,textarea,button"));
   }
 
+  // The kinds of fields that hold a text. The program knows them by one name, whatever kind of text a
+  // page's author expects in them.
+  const kTextTypes = ["color", "date", "datetime-local", "email", "month", "number", "range", "search", "tel", "time",
+    "url", "week"];
+
+  function typeOf(element) {
+    return kTextTypes.includes(element.type) ? "text" : element.type ?? "";
+  }
+
   function elementFacts(element) {
     const isSelect = element instanceof HTMLSelectElement;
     const facts = [
       handleOf(element),
       element.name ?? "",
-      element.type ?? "",
+      typeOf(element),
       element.value ?? "",
       element.checked ? 1 : 0,
       element.getAttribute("src") ?? "",
@@ -129,12 +139,14 @@
     return typeof form.action === "string" ? form.getAttribute("action") ?? "" : "[object]";
   }
 
+  function formFacts(form) {
+    return [handleOf(form), actionOf(form), form.getAttribute("id") ?? ""];
+  }
+
   function documentFacts() {
     const forms = Array.from(document.forms);
     const facts = [window.length, forms.length];
-    for (const form of forms) {
-      facts.push(handleOf(form), actionOf(form), form.getAttribute("id") ?? "");
-    }
+    for (const form of forms) facts.push(...formFacts(form));
     return facts;
   }
 
@@ -195,6 +207,13 @@
     throw new Error("no such operation: " + operation);
   }
 
+  /** The program has what it wants of this event; watching every change would only cost the page time. */
+  function rest() {
+    observer?.disconnect();
+    observer = null;
+    revision += 1;
+  }
+
   /** How often the structure has changed; called after the page's own reactions have run. */
   function currentRevision() {
     if (observer !== null) note(observer.takeRecords());
@@ -239,7 +258,7 @@
   }
 
   function encodingOf(form) {
-    for (const label of form.getAttribute("accept-charset")?.split(/[ \t\n\f\r]+/) ?? []) {
+    for (const label of form.getAttribute("accept-charset")?.split(/[ \t\n\f\r,]+/) ?? []) {
       try {
         return new TextDecoder(label).encoding;
       } catch {
@@ -249,38 +268,65 @@
     return document.characterSet;
   }
 
-  let lastSubmit = { form: null, submitter: null };
+  let encodeForm = null;
+
+  /** The bytes that the default encoding makes of a form's entries; a file gives its name. */
+  function formBody(form, formData) {
+    encodeForm ??= parts.formbody(parts.convert);
+    const texts = Array.from(formData, ([name, value]) => [name, typeof value === "string" ? value : value.name]);
+    return encodeForm(texts, encodingOf(form));
+  }
+
+  /** Method, address and target of a form, with what the button that submits it changes of them. */
+  function destinationOf(form, submitter) {
+    const effective = (attribute, name) =>
+      submitter?.hasAttribute("form" + attribute) ? submitter["form" + name] : member(HTMLFormElement, attribute, form);
+    const target = submitter?.getAttribute("formtarget") ?? form.getAttribute("target") ??
+      document.querySelector("base[target]")?.target ?? "";
+    return { method: effective("method", "Method"), address: effective("action", "Action"), target };
+  }
+
+  let lastSubmit = null;
 
   window.addEventListener("submit", (event) => {
-    lastSubmit = { form: event.target, submitter: event.submitter };
-    // A submission that does not follow at once was stopped; its button means nothing to a later one.
+    lastSubmit = event;
     setTimeout(() => {
-      lastSubmit = { form: null, submitter: null };
+      if (lastSubmit === event) lastSubmit = null;
     });
   }, true);
 
-  window.addEventListener("formdata", (event) => {
-    const form = event.target;
-    const submitter = lastSubmit.form === form ? lastSubmit.submitter : null;
-    lastSubmit = { form: null, submitter: null };
-    const effective = (attribute, name) =>
-      submitter?.hasAttribute("form" + attribute) ? submitter["form" + name] : member(HTMLFormElement, attribute, form);
-    const action = submitter?.getAttribute("formaction") ?? form.getAttribute("action") ?? "";
-    const target = submitter?.getAttribute("formtarget") ?? form.getAttribute("target") ??
-      document.querySelector("base[target]")?.target ?? "";
-    const entries = Array.from(event.formData.entries());
-    const facts = [
-      new URL(action === "" ? document.URL : action, document.baseURI).href,
-      effective("method", "Method"),
-      effective("enctype", "Enctype"),
-      encodingOf(form),
-      targetName(target),
-      frameNumberOfTarget(target),
-      entries.length,
-    ];
-    for (const [name, value] of entries) facts.push(name, typeof value === "string" ? value : value.name);
+  /** The button by which a form is submitted; null if a script gathers its entries. */
+  function submitterOf(form) {
+    if (lastSubmit === null || lastSubmit.target !== form) return null;
+    // The engine gathers them once all listeners have run and none has stopped it; before that and
+    // after that it is a page's script: `new FormData(form)` or `form.submit()`.
+    const goesOut = lastSubmit.eventPhase === Event.NONE && !lastSubmit.defaultPrevented;
+    return goesOut ? lastSubmit.submitter : null;
+  }
+
+  let lastFacts = { formData: null, packed: "" };
+
+  function tellFormData(event) {
+    const { method, address, target } = destinationOf(event.target, submitterOf(event.target));
+    if (method === "dialog") return; // closes a dialog of the page, goes nowhere
+    const body = method === "post" ? formBody(event.target, event.formData) : "";
+    const facts = [address, method, targetName(target), frameNumberOfTarget(target), body];
+    const packed = pack(facts);
+    if (lastFacts.formData === event.formData && lastFacts.packed === packed) return;
+    lastFacts = { formData: event.formData, packed };
     tell("formdata", facts);
-  });
+  }
+
+  // The page's own listeners may change the entries, and one may stop the event. So the entries are
+  // told as they are at first, and again if they differ behind the listeners of any of these places:
+  // the program takes the last.
+  window.addEventListener("formdata", (event) => {
+    tellFormData(event);
+    for (const place of [event.target, document, window]) {
+      place.removeEventListener("formdata", tellFormData); // to come behind those that were added since
+      place.addEventListener("formdata", tellFormData);
+    }
+  }, true);
 
   window.addEventListener("click", (event) => {
     const link = event.composedPath()
@@ -289,13 +335,38 @@
     tell("link", [link.href, targetName(link.target), frameNumberOfTarget(link.target)]);
   }, true);
 
+  parts.submissions({
+    encodingOf,
+    describe: (form, submitter, entries) => {
+      const { method, address, target } = destinationOf(form, submitter);
+      return [address, method, targetName(target), frameNumberOfTarget(target), formBody(form, entries)];
+    },
+    snapshot: (form) => [...formFacts(form), ...listFacts(controlsOf(form))],
+    tell: (facts) => tell("submitted", facts),
+  });
+
   const isTop = window.parent === window ? 1 : 0;
-  const tellFinished = () => tell("finished", [document.URL, isTop]);
+
+  // A page answers an event in promises, and a promise may lead to another: after a write this many
+  // turns are left to them before the program hears what the write has changed.
+  const kTurns = 8;
+
+  /** Serves the program from inside the microtasks of the finished document's last event. */
+  function serve(turnsLeft) {
+    if (turnsLeft > 0) queueMicrotask(() => serve(turnsLeft - 1));
+    else if (parts.serve()) queueMicrotask(() => serve(kTurns));
+  }
+
+  const settling = parts.settling(() => {
+    tell("finished", [document.URL, isTop]);
+    queueMicrotask(() => serve(0));
+  });
 
   // The event after all listeners of "load" have run; it comes for a page from the history's store too,
   // which does not load again.
-  window.addEventListener("pageshow", tellFinished);
-  window.addEventListener("hashchange", tellFinished);
+  window.addEventListener("pageshow", settling.loaded);
+  window.addEventListener("hashchange", settling.moved);
+  window.addEventListener("popstate", settling.moved);
 
   tell("begun", [isTop]);
 
@@ -303,7 +374,9 @@
     frameNumber,
     answer,
     currentRevision,
+    rest,
     markup: () => document.documentElement?.innerHTML ?? "",
     click: (handle) => nodeOf(handle).click(),
+    moved: settling.moved,
   };
 });

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <cstdio>
 #include <memory>
 #include <string_view>
 
@@ -35,6 +36,12 @@ Database Open(const std::string& path)
 
 std::string Column(sqlite3_stmt* statement, int i)
 {
+    if (sqlite3_column_type(statement, i) == SQLITE_FLOAT) {
+        // A column of numbers may hold a port as 8080.0; its text is that of the number.
+        char number[32];
+        std::snprintf(number, sizeof number, "%.15g", sqlite3_column_double(statement, i));
+        return number;
+    }
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, i));
     return text ? std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(statement, i))) : std::string();
 }

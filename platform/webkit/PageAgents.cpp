@@ -58,7 +58,9 @@ void PageAgents::Dispatch(const std::string& name, wire::Reader& reader, std::ui
         if (reader.Flag()) top_ = place;
         finished_(place, url);
     } else if (name == wire::kFormData) {
-        Remember(ReadForm(reader, agent, frame));
+        Remember(ReadAction(reader, agent, frame));
+    } else if (name == wire::kSubmitted) {
+        submitted_(ReadSubmission(reader, agent, frame));
     } else if (name == wire::kLink) {
         PageAction link;
         link.url = reader.Text();
@@ -70,21 +72,28 @@ void PageAgents::Dispatch(const std::string& name, wire::Reader& reader, std::ui
     }
 }
 
-PageAction PageAgents::ReadForm(wire::Reader& reader, std::uint64_t agent, std::uint64_t frame) const
+PageAction PageAgents::ReadAction(wire::Reader& reader, std::uint64_t agent, std::uint64_t frame) const
 {
     PageAction form;
     form.isForm = true;
     form.url = reader.Text();
     form.method = reader.Text();
-    reader.Text();  // the enctype: the pairs of every form are given in the default encoding
-    form.encoding = reader.Text();
     form.target = reader.Text();
     form.place = TargetPlace(agent, frame, reader.Number());
-    for (std::uint64_t left = reader.Number(); left > 0; --left) {
-        std::string name = reader.Text();
-        form.entries.emplace_back(std::move(name), reader.Text());
-    }
+    form.body = reader.Text();
     return form;
+}
+
+PageAgents::Submission PageAgents::ReadSubmission(wire::Reader& reader, std::uint64_t agent, std::uint64_t frame) const
+{
+    Submission submission;
+    submission.action = ReadAction(reader, agent, frame);
+    submission.place = {ChannelOf(agent), frame};
+    submission.url = reader.Text();
+    submission.time = reader.Number();
+    submission.form.form = ReadForm(reader);
+    submission.form.elements = ReadElements(reader);
+    return submission;
 }
 
 PagePlace PageAgents::TargetPlace(std::uint64_t agent, std::uint64_t frame, std::uint64_t target) const

@@ -16,68 +16,6 @@ namespace {
 // Each frame costs a trip. No real page has this many; a page that says so wants the program to hang.
 constexpr std::uint64_t kMostFrames = 1000;
 
-struct OptionFacts {
-    std::string text;
-    std::string value;
-    bool selected = false;
-};
-
-struct ElementFacts {
-    std::string handle;
-    std::string name;
-    std::string type;
-    std::string value;
-    bool checked = false;
-    std::string src;
-    std::vector<OptionFacts> options;
-};
-
-struct FormFacts {
-    std::string handle;
-    std::string action;
-    std::string id;
-};
-
-/// Runs a read of a packed answer; an answer that makes no sense is a failure like any other.
-template <class Parse>
-auto Parsed(const std::string& packed, Parse parse)
-{
-    try {
-        wire::Reader reader(packed);
-        return parse(reader);
-    } catch (const wire::WireError& error) {
-        throw DocumentError(error.what());
-    }
-}
-
-/// Reads a count and as many items. They are made one by one: the count is the other side's word.
-template <class ReadItem>
-auto ReadSeveral(wire::Reader& reader, ReadItem readItem)
-{
-    std::vector<decltype(readItem(reader))> items;
-    for (std::uint64_t left = reader.Number(); left > 0; --left) items.push_back(readItem(reader));
-    return items;
-}
-
-ElementFacts ReadElement(wire::Reader& reader)
-{
-    ElementFacts element;
-    element.handle = reader.Text();
-    element.name = reader.Text();
-    element.type = reader.Text();
-    element.value = reader.Text();
-    element.checked = reader.Flag();
-    element.src = reader.Text();
-    element.options = ReadSeveral(reader, [](wire::Reader& part) {
-        OptionFacts option;
-        option.text = part.Text();
-        option.value = part.Text();
-        option.selected = part.Flag();
-        return option;
-    });
-    return element;
-}
-
 /// Whether an element's value is its attribute (HTML, "value mode": default and default/on), so that
 /// only a change of the structure can change it.
 bool HoldsValueInMarkup(const std::string& type)
@@ -142,11 +80,18 @@ public:
     {
     }
 
+    /// The elements as they stood once, whatever has become of them.
+    ElementList(DocumentLink link, std::vector<ElementFacts> kept)
+        : link_(std::move(link)), elements_(std::move(kept)), isKept_(true)
+    {
+    }
+
     const DocumentLink& Link() const { return link_; }
 
     /// The elements, as good as the last change of the structure.
     const std::vector<ElementFacts>& Structure()
     {
+        if (isKept_) return elements_;
         if (!fetched_ || fetched_->revision != link_.Version().revision) Fetch();
         return elements_;
     }
@@ -154,7 +99,7 @@ public:
     /// An element that was found at place i, with nothing that a write may have changed since.
     const ElementFacts& State(int i, const std::string& handle)
     {
-        if (!fetched_ || fetched_->writes != link_.Version().writes) Fetch();
+        if (!isKept_ && (!fetched_ || fetched_->writes != link_.Version().writes)) Fetch();
         return Named(i, handle);
     }
 
@@ -174,7 +119,7 @@ private:
     void Fetch()
     {
         const std::string answer = link_.Read(request_);
-        elements_ = Parsed(answer, [](wire::Reader& reader) { return ReadSeveral(reader, ReadElement); });
+        elements_ = Parsed(answer, ReadElements);
         fetched_ = link_.Version();
     }
 
@@ -182,6 +127,7 @@ private:
     std::vector<std::string> request_;
     std::vector<ElementFacts> elements_;
     std::optional<FrameVersion> fetched_;
+    bool isKept_ = false;
 };
 
 class PageOption : public Option {
@@ -316,13 +262,7 @@ private:
             const std::uint64_t frames = reader.Number();
             if (frames > kMostFrames) throw DocumentError("the page has too many frames");
             facts.frames = static_cast<int>(frames);
-            facts.forms = ReadSeveral(reader, [](wire::Reader& part) {
-                FormFacts form;
-                form.handle = part.Text();
-                form.action = part.Text();
-                form.id = part.Text();
-                return form;
-            });
+            facts.forms = ReadSeveral(reader, ReadForm);
             return facts;
         });
         fetched_ = link_.Version().revision;
@@ -335,7 +275,42 @@ private:
     std::map<std::string, std::shared_ptr<ElementList>> elements_;
 };
 
+/// A document of which one form counts, as it was submitted; all else is that of the live page.
+class SubmittedDocument : public Document, public std::enable_shared_from_this<SubmittedDocument> {
+public:
+    SubmittedDocument(PagePlace place, const FormSnapshot& snapshot)
+        : link_(std::move(place)), form_(snapshot.form),
+          elements_(std::make_shared<ElementList>(link_, snapshot.elements))
+    {
+    }
+
+    int FramesLength() override { return 0; }
+    std::shared_ptr<BrowserObject> Frames(int) override { throw DocumentError("no such frame"); }
+    int FormsLength() override { return 1; }
+    std::shared_ptr<Form> Forms(int i) override
+    {
+        if (i != 0) throw DocumentError("no such form");
+        return std::make_shared<PageForm>(shared_from_this(), form_, elements_);
+    }
+    std::string InnerHtml() override { return PlainMarkup(link_.Markup()); }
+    std::shared_ptr<ElementCollection> GetElementsByTagName(const std::string& tag) override
+    {
+        return OpenDocument(link_.Place())->GetElementsByTagName(tag);
+    }
+
+private:
+    DocumentLink link_;
+    FormFacts form_;
+    std::shared_ptr<ElementList> elements_;
+};
+
 }  // namespace
+
+std::shared_ptr<Document> SubmittedFrame::Document()
+{
+    if (!place_.channel) throw DocumentError("the page has no document that can be read");
+    return std::make_shared<SubmittedDocument>(place_, snapshot_);
+}
 
 std::shared_ptr<Document> PageFrame::Document() { return OpenDocument(place_); }
 

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "platform/webkit/PageChannel.h"
+#include "platform/webkit/PageFacts.h"
 
 namespace velmora {
 
@@ -25,6 +26,18 @@ public:
 
 private:
     PagePlace place_;
+};
+
+/// A frame in which the page's own script sends a form. Its document holds that one form, as it was
+/// when the user submitted it: the script may have emptied it since.
+class SubmittedFrame : public BrowserObject {
+public:
+    SubmittedFrame(PagePlace place, FormSnapshot snapshot) : place_(std::move(place)), snapshot_(std::move(snapshot)) {}
+    std::shared_ptr<velmora::Document> Document() override;
+
+private:
+    PagePlace place_;
+    FormSnapshot snapshot_;
 };
 
 /// The document that stands in the frame now. Throws DocumentError if it cannot be reached.

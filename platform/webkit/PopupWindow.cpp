@@ -1,5 +1,9 @@
 #include "platform/webkit/PopupWindow.h"
 
+#include <string>
+
+#include "platform/webkit/PageArea.h"
+
 namespace velmora {
 
 namespace {
@@ -16,27 +20,69 @@ void ShowWindow(WebKitWebView* view, gpointer window)
     gtk_window_present(GTK_WINDOW(window));
 }
 
+// The window has no address line, so that its title tells where the page comes from.
 void ShowTitle(WebKitWebView* view, GParamSpec*, gpointer window)
 {
     const char* title = webkit_web_view_get_title(view);
-    gtk_window_set_title(GTK_WINDOW(window), title ? title : "");
+    const char* address = webkit_web_view_get_uri(view);
+    const std::string text = std::string(title ? title : "") + " - " + (address ? address : "");
+    gtk_window_set_title(GTK_WINDOW(window), text.c_str());
 }
 
 }  // namespace
 
-WebKitWebView* OpenPopup(WebKitWebView* opener)
+PopupWindows::~PopupWindows()
+{
+    while (!windows_.empty()) gtk_window_destroy(windows_.front());
+}
+
+WebKitWebView* PopupWindows::Open(WebKitWebView* opener)
 {
     auto* view = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "related-view", opener, "settings",
                                               webkit_web_view_get_settings(opener), nullptr));
+    services_.Serve(view);
     GtkWidget* window = gtk_window_new();
-    gtk_window_set_child(GTK_WINDOW(window), GTK_WIDGET(view));
-    g_signal_connect(view, "ready-to-show", G_CALLBACK(ShowWindow), window);
-    g_signal_connect(view, "notify::title", G_CALLBACK(ShowTitle), window);
-    g_signal_connect_swapped(view, "close", G_CALLBACK(gtk_window_destroy), window);
-    g_signal_connect(
-        view, "create",
-        G_CALLBACK(+[](WebKitWebView* from, WebKitNavigationAction*, gpointer) { return OpenPopup(from); }), nullptr);
+    gtk_widget_set_name(window, "Popup");
+    gtk_widget_add_css_class(window, "velmora");
+    gtk_window_set_child(GTK_WINDOW(window), NewPageArea(view));
+    windows_.push_back(GTK_WINDOW(window));
+    Connect(view, window);
     return view;
+}
+
+void PopupWindows::Connect(WebKitWebView* view, GtkWidget* window)
+{
+    g_signal_connect_object(view, "ready-to-show", G_CALLBACK(ShowWindow), window, GConnectFlags(0));
+    g_signal_connect_object(view, "notify::title", G_CALLBACK(ShowTitle), window, GConnectFlags(0));
+    g_signal_connect_object(view, "notify::uri", G_CALLBACK(ShowTitle), window, GConnectFlags(0));
+    callbacks_.Connect(window, "destroy",
+                       G_CALLBACK(+[](GtkWindow* gone, PopupWindows* self) { self->windows_.remove(gone); }), this);
+    const auto close = +[](WebKitWebView* from, PopupWindows* self) { self->Close(from); };
+    callbacks_.Connect(view, "close", G_CALLBACK(close), this);
+    // Nobody is asked about windows of windows; those that the user's own click opens are let through.
+    const auto create = +[](WebKitWebView* from, WebKitNavigationAction* action, PopupWindows* self) {
+        return webkit_navigation_action_is_user_gesture(action) ? self->Open(from) : nullptr;
+    };
+    callbacks_.Connect(view, "create", G_CALLBACK(create), this);
+    // A window that was opened for a file has nothing to show.
+    const auto failed =
+        +[](WebKitWebView* from, WebKitLoadEvent, const char*, GError* error, PopupWindows* self) -> gboolean {
+        WebKitBackForwardList* history = webkit_web_view_get_back_forward_list(from);
+        const bool isSaved =
+            g_error_matches(error, WEBKIT_POLICY_ERROR, WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE);
+        if (isSaved && !webkit_back_forward_list_get_current_item(history)) self->Close(from);
+        return FALSE;
+    };
+    callbacks_.Connect(view, "load-failed", G_CALLBACK(failed), this);
+}
+
+void PopupWindows::Close(WebKitWebView* view)
+{
+    // Not in the middle of the view's own signal.
+    const std::shared_ptr<WebKitWebView> held(WEBKIT_WEB_VIEW(g_object_ref(view)), g_object_unref);
+    callbacks_.Later([held] {
+        if (GtkRoot* window = gtk_widget_get_root(GTK_WIDGET(held.get()))) gtk_window_destroy(GTK_WINDOW(window));
+    });
 }
 
 }  // namespace velmora

@@ -1,13 +1,35 @@
-// A window that a page opened and the user let through.
+// Windows that pages opened and the user let through.
 #pragma once
 
 #include <webkit/webkit.h>
 
+#include <list>
+
+#include "platform/webkit/Callbacks.h"
+#include "platform/webkit/ViewServices.h"
+
 namespace velmora {
 
-/// A plain window with a view of its own, related to `opener` and with its settings, outside capture
-/// and playback. It shows itself when the page is ready and ends when it is closed, by the user or
-/// by the page. Gives the view, as the engine's `create` signal wants it.
-WebKitWebView* OpenPopup(WebKitWebView* opener);
+/// Plain windows, each with a view of its own, outside capture and playback. A window shows itself
+/// when its page is ready and ends when it is closed, by the user or by the page; all end with this.
+class PopupWindows {
+public:
+    explicit PopupWindows(ViewServices& services) : services_(services) {}
+    ~PopupWindows();
+    PopupWindows(const PopupWindows&) = delete;
+    PopupWindows& operator=(const PopupWindows&) = delete;
+
+    /// A window with a view related to `opener` and with its settings. Gives the view, as the engine's
+    /// `create` signal wants it.
+    WebKitWebView* Open(WebKitWebView* opener);
+
+private:
+    void Connect(WebKitWebView* view, GtkWidget* window);
+    void Close(WebKitWebView* view);
+
+    ViewServices& services_;
+    std::list<GtkWindow*> windows_;
+    Callbacks callbacks_;
+};
 
 }  // namespace velmora

@@ -1,17 +1,17 @@
 #include "platform/webkit/WebKitBrowser.h"
 
+#include <glib/gstdio.h>
+
 #include <utility>
 
 #include "platform/webkit/Address.h"
 #include "platform/webkit/GuideSite.h"
-#include "platform/webkit/PopupWindow.h"
+#include "platform/webkit/LoadFailures.h"
+#include "platform/webkit/PageArea.h"
 
 namespace velmora {
 
 namespace {
-
-/// The address that the document of a failure page has; the view goes on showing the one that failed.
-constexpr char kFailureAddress[] = "velmora://error/";
 
 std::string TextOf(const char* text) { return text ? text : ""; }
 
@@ -30,6 +30,20 @@ std::string HeadersOf(WebKitURIRequest* request)
     return lines;
 }
 
+// An empty name would be the folder that the program was started in.
+std::string CacheFolder(const WebKitBrowser::Options& options)
+{
+    return options.cacheFolder.empty() ? options.dataFolder + "/cache" : options.cacheFolder;
+}
+
+/// Makes the folder for cookies and site storage, for its user's eyes alone; left to the engine, it
+/// would be open to everyone on the machine.
+void MakePrivateFolder(const std::string& folder)
+{
+    g_mkdir_with_parents(folder.c_str(), 0700);
+    g_chmod(folder.c_str(), 0700);
+}
+
 WebKitSettings* NewSettings()
 {
     WebKitSettings* settings = webkit_settings_new();
@@ -40,10 +54,14 @@ WebKitSettings* NewSettings()
 
 }  // namespace
 
-WebKitBrowser::WebKitBrowser(WebBrowser& control, const Options& options)
-    : control_(control), agents_([this](const PagePlace& place, const std::string& url) { OnFinished(place, url); })
+WebKitBrowser::WebKitBrowser(WebBrowser& control, Dialogs& dialogs, const Options& options)
+    : control_(control), agents_([this](const PagePlace& place, const std::string& url) { OnFinished(place, url); },
+                                 [this](const PageAgents::Submission& submission) { OnSubmitted(submission); })
 {
     MakeView(options);
+    services_ = std::make_unique<ViewServices>(session_, dialogs);
+    popups_ = std::make_unique<PopupWindows>(*services_);
+    gtk_box_append(GTK_BOX(area_), services_->Downloads().Widget());
     ConnectSignals();
     control_.Attach(this);
 }
@@ -51,8 +69,11 @@ WebKitBrowser::WebKitBrowser(WebBrowser& control, const Options& options)
 WebKitBrowser::~WebKitBrowser()
 {
     control_.Attach(nullptr);
+    popups_.reset();
+    services_.reset();
     g_signal_handlers_disconnect_by_data(webkit_web_view_get_back_forward_list(view_), this);
     g_signal_handlers_disconnect_by_data(view_, this);
+    g_object_unref(area_);
     g_object_unref(view_);
     g_object_unref(session_);
     g_object_unref(context_);
@@ -67,8 +88,9 @@ void WebKitBrowser::MakeView(const Options& options)
     ServeGuide(context_);
     session_ = options.dataFolder.empty()
                    ? webkit_network_session_new_ephemeral()
-                   : webkit_network_session_new(options.dataFolder.c_str(), options.cacheFolder.c_str());
+                   : webkit_network_session_new(options.dataFolder.c_str(), CacheFolder(options).c_str());
     if (!options.dataFolder.empty()) {
+        MakePrivateFolder(options.dataFolder);
         webkit_cookie_manager_set_persistent_storage(webkit_network_session_get_cookie_manager(session_),
                                                      (options.dataFolder + "/cookies.sqlite").c_str(),
                                                      WEBKIT_COOKIE_PERSISTENT_STORAGE_SQLITE);
@@ -77,6 +99,7 @@ void WebKitBrowser::MakeView(const Options& options)
     view_ = WEBKIT_WEB_VIEW(g_object_ref_sink(g_object_new(
         WEBKIT_TYPE_WEB_VIEW, "web-context", context_, "network-session", session_, "settings", settings, nullptr)));
     g_object_unref(settings);
+    area_ = GTK_WIDGET(g_object_ref_sink(NewPageArea(view_)));
 }
 
 void WebKitBrowser::ConnectSignals()
@@ -89,9 +112,6 @@ void WebKitBrowser::ConnectSignals()
     g_signal_connect(view_, "decide-policy",
                      G_CALLBACK(+[](WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
                                     WebKitBrowser* self) -> gboolean {
-                         if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
-                             return self->DecideResponse(WEBKIT_RESPONSE_POLICY_DECISION(decision));
-                         }
                          if (type != WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) return FALSE;
                          self->AnnounceNavigation(webkit_navigation_policy_decision_get_navigation_action(
                              WEBKIT_NAVIGATION_POLICY_DECISION(decision)));
@@ -104,34 +124,28 @@ void WebKitBrowser::ConnectSignals()
         G_CALLBACK(+[](WebKitWebView* view, WebKitNavigationAction*, WebKitBrowser* self) -> WebKitWebView* {
             bool cancel = false;
             self->control_.NewWindow2.Raise(cancel);
-            return cancel ? nullptr : OpenPopup(view);
+            return cancel ? nullptr : self->popups_->Open(view);
         }),
         this);
-    g_signal_connect(view_, "load-failed",
-                     G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent, const char* uri, GError* error,
-                                    WebKitBrowser* self) -> gboolean {
-                         // A load that the user or a download broke off has not failed.
-                         if (g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) ||
-                             g_error_matches(error, WEBKIT_POLICY_ERROR,
-                                             WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE)) {
-                             return FALSE;
-                         }
-                         self->ShowFailure(TextOf(uri), TextOf(error->message));
-                         return TRUE;
-                     }),
-                     this);
-    g_signal_connect(view_, "load-failed-with-tls-errors",
-                     G_CALLBACK(+[](WebKitWebView*, const char* uri, GTlsCertificate*, GTlsCertificateFlags,
-                                    WebKitBrowser* self) -> gboolean {
-                         self->ShowFailure(TextOf(uri),
-                                           "The site's certificate cannot be trusted, so nothing was sent to it.");
-                         return TRUE;
-                     }),
-                     this);
-    g_signal_connect(view_, "web-process-terminated",
-                     G_CALLBACK(+[](WebKitWebView* view, WebKitWebProcessTerminationReason, WebKitBrowser* self) {
-                         self->ShowFailure(TextOf(webkit_web_view_get_uri(view)),
-                                           "The page stopped working and was closed. Press Go to load it again.");
+    services_->Serve(view_);
+    // What comes here was broken off: by the user, or by an answer that holds no page.
+    g_signal_connect(
+        view_, "load-failed",
+        G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent, const char*, GError*, WebKitBrowser* self) -> gboolean {
+            self->callbacks_.Later([self] {
+                if (!webkit_web_view_is_loading(self->view_)) self->ReportStandingDocument();
+            });
+            return FALSE;
+        }),
+        this);
+    services_->Downloads().Started = [this](WebKitWebView* view) {
+        if (view == view_) callbacks_.Later([this] { ReportStandingDocument(); });
+    };
+    g_signal_connect(view_, "notify::uri", G_CALLBACK(+[](WebKitWebView* view, GParamSpec*, gpointer) {
+                         // Within a document the page's script moves the address without a load.
+                         if (webkit_web_view_is_loading(view)) return;
+                         webkit_web_view_send_message_to_page(view, webkit_user_message_new(wire::kMoved, nullptr),
+                                                              nullptr, nullptr, nullptr);
                      }),
                      this);
     g_signal_connect_swapped(webkit_web_view_get_back_forward_list(view_), "changed",
@@ -141,7 +155,12 @@ void WebKitBrowser::ConnectSignals()
 void WebKitBrowser::Navigate(const std::string& url)
 {
     ReportBack();
-    webkit_web_view_load_uri(view_, LoadableAddress(url).c_str());
+    // A page that hangs would keep the next one waiting.
+    if (webkit_web_view_get_is_web_process_responsive(view_)) {
+        webkit_web_view_load_uri(view_, LoadableAddress(url).c_str());
+    } else {
+        EndPage(view_, LoadableAddress(url));
+    }
 }
 
 void WebKitBrowser::GoBack() { webkit_web_view_go_back(view_); }
@@ -154,8 +173,33 @@ void WebKitBrowser::OnFinished(const PagePlace& place, const std::string& url)
     PageFrame frame(place);
     // What stands in for a page that failed is no page of the site: no record is played on it, and no
     // bookmark is taken of it.
-    control_.DocumentComplete.Raise(frame, url == kFailureAddress ? "about:blank" : url);
+    lastPlace_ = place;
+    lastUrl_ = url == kFailureAddress ? "about:blank" : url;
+    isAwaited_ = false;
+    control_.DocumentComplete.Raise(frame, lastUrl_);
     if (place.channel) place.channel->EndTurn();
+}
+
+void WebKitBrowser::OnSubmitted(const PageAgents::Submission& submission)
+{
+    // The script may have submitted the form in the ordinary way after all; that was announced.
+    constexpr std::uint64_t kClockError = 5;
+    const PageAction& action = submission.action;
+    if (lastSender_ && lastSender_ == submission.place.channel && lastSent_ + kClockError >= submission.time) return;
+
+    SubmittedFrame frame(submission.place, submission.form);
+    BeforeNavigate2Event event{
+        .pDisp = frame, .URL = action.url, .TargetFrameName = action.target, .PostData = {}, .Headers = {}};
+    if (action.method == "post") {
+        event.PostData = action.body;
+    } else {
+        event.URL = action.url.substr(0, action.url.find_first_of("?#")) + "?" + action.body;
+    }
+    const PagePlace place = submission.place;
+    const std::string url = submission.url;
+    if (place.channel) place.channel->BeginTurn();
+    control_.BeforeNavigate2.Raise(event);
+    OnFinished(place, url);
 }
 
 void WebKitBrowser::AnnounceNavigation(WebKitNavigationAction* action)
@@ -176,26 +220,20 @@ void WebKitBrowser::AnnounceNavigation(WebKitNavigationAction* action)
     if (cause) {
         event.TargetFrameName = cause->target;
         if (cause->place.channel) cause->place.channel->BeginTurn();
-        if (cause->method == "post") event.PostData = EncodeForm(cause->entries, cause->encoding);
+        event.PostData = cause->body;
+        if (cause->isForm) {
+            lastSender_ = cause->place.channel;
+            lastSent_ = static_cast<std::uint64_t>(g_get_real_time() / 1000);
+        }
     }
+    isAwaited_ = true;
     control_.BeforeNavigate2.Raise(event);
+    if (cause && cause->place.channel) cause->place.channel->EndTurn();
 }
 
-bool WebKitBrowser::DecideResponse(WebKitResponsePolicyDecision* decision)
+void WebKitBrowser::ReportStandingDocument()
 {
-    if (webkit_response_policy_decision_is_mime_type_supported(decision)) return false;
-    if (!webkit_response_policy_decision_is_main_frame_main_resource(decision)) return false;
-    WebKitURIResponse* response = webkit_response_policy_decision_get_response(decision);
-    const std::string kind = TextOf(webkit_uri_response_get_mime_type(response));
-    const std::string address = TextOf(webkit_uri_response_get_uri(response));
-    webkit_policy_decision_ignore(WEBKIT_POLICY_DECISION(decision));
-    ShowFailure(address, "It is no page but a file of the type " + kind + ", which cannot be shown.");
-    return true;
-}
-
-void WebKitBrowser::ShowFailure(const std::string& address, const std::string& reason)
-{
-    webkit_web_view_load_alternate_html(view_, FailurePage(address, reason).c_str(), address.c_str(), kFailureAddress);
+    if (isAwaited_) OnFinished(PagePlace(lastPlace_), std::string(lastUrl_));
 }
 
 void WebKitBrowser::ReportBack()

@@ -6,6 +6,16 @@ namespace velmora {
 
 namespace {
 
+/// Whether the engine takes the address for one with a host; it complains loudly about any other.
+bool HasHost(const std::string& uri)
+{
+    WebKitSecurityOrigin* origin = webkit_security_origin_new_for_uri(uri.c_str());
+    const char* host = webkit_security_origin_get_host(origin);
+    const bool hasHost = host && *host;
+    webkit_security_origin_unref(origin);
+    return hasHost;
+}
+
 /// The address of a proxy, "http://host:port", from "http=host:port"; empty if the text is none.
 std::string ProxyUri(std::string_view text)
 {
@@ -20,7 +30,7 @@ std::string ProxyUri(std::string_view text)
                        !g_uri_get_userinfo(parsed) && !g_uri_get_query(parsed) && !g_uri_get_fragment(parsed) &&
                        std::string_view(host).find_first_of(" \t\r\n") == std::string_view::npos;
     g_uri_unref(parsed);
-    return whole ? uri : std::string();
+    return whole && HasHost(uri) ? uri : std::string();
 }
 
 }  // namespace

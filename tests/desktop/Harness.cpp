@@ -98,10 +98,11 @@ void DesktopTest::StartProgram(const std::string& home)
     }
     completed_.clear();
     dialogs_.hasEnded = false;
-    program_ = std::make_unique<Program>(
-        TheDesktop(), dialogs_,
-        Program::Options{
-            .programFolder = folder_, .agentFolder = VELMORA_AGENT_FOLDER, .dataFolder = {}, .cacheFolder = {}});
+    program_ = std::make_unique<Program>(TheDesktop(), dialogs_,
+                                         Program::Options{.programFolder = folder_,
+                                                          .agentFolder = VELMORA_AGENT_FOLDER,
+                                                          .dataFolder = dataFolder_,
+                                                          .cacheFolder = {}});
     Form().wbMyBrowser.DocumentComplete.Add(
         [this](BrowserObject&, const std::string& url) { completed_.push_back(url); });
     program_->Start();

@@ -98,6 +98,7 @@ protected:
 
     TestDialogs dialogs_;
     std::filesystem::path folder_;
+    std::string dataFolder_;  ///< For cookies and site storage; empty: nothing is kept.
     WebServer server_;
 
 private:

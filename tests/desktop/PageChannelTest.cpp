@@ -66,8 +66,14 @@ void ExpectRefused(const FakeAgent::Answer& answer)
 TEST(PageChannel, AnswersThatMakeNoSenseAreFailures)
 {
     const std::string form = "0\n1\n7\nto.cgi\n\n";
-    const std::vector<std::string> elements{"", "x", "1", "99999999999999999999", "4294967295\n1\nname", "-1",
-                                            "1\n1\nname\ntext\nvalue\n0\n\n18446744073709551615\na\nb\n0", "1\n1\n\\"};
+    const std::vector<std::string> elements{"",
+                                            "x",
+                                            "1",
+                                            "99999999999999999999",
+                                            "4294967295\n1\nname",
+                                            "-1",
+                                            "1\n1\nname\ntext\nvalue\n0\n\n18446744073709551615\na\nb\n0",
+                                            "1\n1\n\\"};
     for (const std::string& answer : elements) {
         SCOPED_TRACE(answer);
         ExpectRefused([&](int descriptor, const std::string& request) {
@@ -89,7 +95,10 @@ TEST(PageChannel, LengthsThatLieAndAnEndThatHangsUpAreFailures)
         Send(descriptor, {.bodyBytes = 1000, .failed = 0, .revision = 0}, "short");
         shutdown(descriptor, SHUT_RDWR);
     });
-    ExpectRefused([](int descriptor, const std::string&) { send(descriptor, "abc", 3, MSG_NOSIGNAL); shutdown(descriptor, SHUT_RDWR); });
+    ExpectRefused([](int descriptor, const std::string&) {
+        send(descriptor, "abc", 3, MSG_NOSIGNAL);
+        shutdown(descriptor, SHUT_RDWR);
+    });
     ExpectRefused([](int descriptor, const std::string&) {
         Send(descriptor, {.bodyBytes = 4, .failed = 1, .revision = 0}, "no\xff!");
     });

@@ -1,0 +1,58 @@
+// When a document counts as finished. The file is one function; given the function that tells the
+// program so, it gives what the agent calls when the document has loaded and when its address may have
+// moved.
+(function (tellFinished) {
+  "use strict";
+
+  // A page that draws itself does so in bursts of a few milliseconds with pauses for what it fetches.
+  // A pause of this length, in milliseconds, ends the drawing; a page that never rests is taken as it
+  // is at the limit.
+  const kQuiet = 250;
+  const kLimit = 2000;
+
+  let stopWaiting = null;
+  let toldAddress = null;
+
+  function finish() {
+    stopWaiting?.();
+    toldAddress = document.URL;
+    tellFinished();
+  }
+
+  /** Finishes as soon as `isReady` or the document is quiet, in place of what it waited for before. */
+  function finishWhenSettled(isReady) {
+    stopWaiting?.();
+    let quiet = setTimeout(finish, kQuiet);
+    const limit = setTimeout(finish, kLimit);
+    const observer = new MutationObserver(() => {
+      clearTimeout(quiet);
+      if (isReady()) finish();
+      else quiet = setTimeout(finish, kQuiet);
+    });
+    observer.observe(document, { subtree: true, childList: true, characterData: true, attributes: true });
+    stopWaiting = () => {
+      observer.disconnect();
+      clearTimeout(quiet);
+      clearTimeout(limit);
+      stopWaiting = null;
+    };
+  }
+
+  /** A form counts once it holds something to fill in. */
+  function hasForm() {
+    return Array.from(document.forms).some((form) => form.querySelector("input,select,textarea,button") !== null);
+  }
+
+  function loaded() {
+    // Only a document that scripts may still draw is waited for.
+    if (document.forms.length > 0 || document.scripts.length === 0) finish();
+    else finishWhenSettled(hasForm);
+  }
+
+  /** A page moves within one document by its script (history entries) or by a fragment. */
+  function moved() {
+    if (toldAddress !== null && document.URL !== toldAddress) finishWhenSettled(() => false);
+  }
+
+  return { loaded, moved };
+})

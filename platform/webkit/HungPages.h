@@ -1,0 +1,27 @@
+// Pages that do not answer any more.
+#pragma once
+
+#include <webkit/webkit.h>
+
+#include "platform/Dialogs.h"
+#include "platform/webkit/Callbacks.h"
+
+namespace velmora {
+
+class HungPages {
+public:
+    explicit HungPages(Dialogs& dialogs) : dialogs_(dialogs) {}
+
+    /// From now on, when the view's page does not answer for some seconds, the user is asked whether
+    /// to stop it. Without a Yes it is left to itself.
+    void Watch(WebKitWebView* view);
+
+private:
+    void Ask(WebKitWebView* view);
+
+    Dialogs& dialogs_;
+    bool isAsking_ = false;
+    Callbacks callbacks_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,73 @@
+#include "platform/webkit/LoadFailures.h"
+
+#include <string>
+
+#include "platform/webkit/GuideSite.h"
+
+namespace velmora {
+
+namespace {
+
+// Where a view whose process is being ended goes next.
+constexpr char kNext[] = "velmora-next";
+
+void ShowFailure(WebKitWebView* view, const char* address, const std::string& reason)
+{
+    const std::string failed = address ? address : "";
+    webkit_web_view_load_alternate_html(view, FailurePage(failed, reason).c_str(), failed.c_str(), kFailureAddress);
+}
+
+gboolean OnLoadFailed(WebKitWebView* view, WebKitLoadEvent, const char* uri, GError* error, gpointer)
+{
+    // A load that the user or a download broke off has not failed.
+    if (g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) ||
+        g_error_matches(error, WEBKIT_POLICY_ERROR, WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE)) {
+        return FALSE;
+    }
+    ShowFailure(view, uri, error->message);
+    return TRUE;
+}
+
+gboolean OnBadCertificate(WebKitWebView* view, const char* uri, GTlsCertificate*, GTlsCertificateFlags, gpointer)
+{
+    ShowFailure(view, uri, "The site's certificate cannot be trusted, so nothing was sent to it.");
+    return TRUE;
+}
+
+void OnTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason, gpointer)
+{
+    char* next = static_cast<char*>(g_object_steal_data(G_OBJECT(view), kNext));
+    if (next) {
+        webkit_web_view_load_uri(view, next);
+        g_free(next);
+        return;
+    }
+    ShowFailure(view, webkit_web_view_get_uri(view),
+                "The page stopped working and was closed. Press Go to load it again.");
+}
+
+void OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event, gpointer)
+{
+    if (event == WEBKIT_LOAD_COMMITTED) g_object_set_data(G_OBJECT(view), kNext, nullptr);
+}
+
+}  // namespace
+
+void ExplainFailures(WebKitWebView* view)
+{
+    g_signal_connect(view, "load-failed", G_CALLBACK(OnLoadFailed), nullptr);
+    g_signal_connect(view, "load-failed-with-tls-errors", G_CALLBACK(OnBadCertificate), nullptr);
+    g_signal_connect(view, "load-changed", G_CALLBACK(OnLoadChanged), nullptr);
+    g_signal_connect(view, "web-process-terminated", G_CALLBACK(OnTerminated), nullptr);
+}
+
+void EndPage(WebKitWebView* view, const std::string& next)
+{
+    char* address = next.empty() ? nullptr : g_strdup(next.c_str());
+    g_object_set_data_full(G_OBJECT(view), kNext, address, g_free);
+    webkit_web_view_terminate_web_process(view);
+    // The process may be gone already without the engine having said so; then nothing else would come.
+    if (!next.empty()) webkit_web_view_load_uri(view, next.c_str());
+}
+
+}  // namespace velmora

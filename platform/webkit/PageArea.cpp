@@ -1,0 +1,119 @@
+#include "platform/webkit/PageArea.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+
+#include "platform/webkit/FindBar.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr std::array kZoomLevels{0.3, 0.5, 0.67, 0.8, 0.9, 1.0, 1.1, 1.2, 1.33, 1.5, 1.7, 2.0, 2.4, 3.0};
+constexpr double kHair = 0.001;
+
+void Enlarge(WebKitWebView* view)
+{
+    const double now = webkit_web_view_get_zoom_level(view);
+    const auto* next = std::upper_bound(kZoomLevels.begin(), kZoomLevels.end(), now + kHair);
+    if (next != kZoomLevels.end()) webkit_web_view_set_zoom_level(view, *next);
+}
+
+void Reduce(WebKitWebView* view)
+{
+    const double now = webkit_web_view_get_zoom_level(view);
+    const auto* next = std::lower_bound(kZoomLevels.begin(), kZoomLevels.end(), now - kHair);
+    if (next != kZoomLevels.begin()) webkit_web_view_set_zoom_level(view, *std::prev(next));
+}
+
+/// The keys of one view; lives as long as the box.
+struct PageKeys {
+    explicit PageKeys(WebKitWebView* of) : view(of), find(of) {}
+
+    bool WithControl(guint key)
+    {
+        switch (key) {
+        case GDK_KEY_f:
+        case GDK_KEY_F: find.Open(); return true;
+        case GDK_KEY_plus:
+        case GDK_KEY_equal:
+        case GDK_KEY_KP_Add: Enlarge(view); return true;
+        case GDK_KEY_minus:
+        case GDK_KEY_KP_Subtract: Reduce(view); return true;
+        case GDK_KEY_0:
+        case GDK_KEY_KP_0: webkit_web_view_set_zoom_level(view, 1.0); return true;
+        default: return false;
+        }
+    }
+
+    bool Press(guint key, GdkModifierType state)
+    {
+        if (state & GDK_ALT_MASK) return false;
+        if (state & GDK_CONTROL_MASK) return WithControl(key);
+        if (key == GDK_KEY_F3) {
+            find.Step(!(state & GDK_SHIFT_MASK));
+            return true;
+        }
+        if (key != GDK_KEY_Escape || !find.IsOpen()) return false;
+        find.Close();
+        return true;
+    }
+
+    WebKitWebView* view;
+    FindBar find;
+};
+
+gboolean OnKey(GtkEventControllerKey*, guint key, guint, GdkModifierType state, PageKeys* keys)
+{
+    return keys->Press(key, state);
+}
+
+gboolean OnWheel(GtkEventControllerScroll* wheel, double, double down, PageKeys* keys)
+{
+    if (!(gtk_event_controller_get_current_event_state(GTK_EVENT_CONTROLLER(wheel)) & GDK_CONTROL_MASK)) return FALSE;
+    if (down < 0) Enlarge(keys->view);
+    if (down > 0) Reduce(keys->view);
+    return TRUE;
+}
+
+/// A box that hands the focus on to its first child; a plain one would not take it.
+GType AreaType()
+{
+    static const GType type = g_type_register_static_simple(
+        GTK_TYPE_BOX, "VelmoraPageArea", sizeof(GtkBoxClass),
+        [](gpointer type_class, gpointer) {
+            static_cast<GtkWidgetClass*>(type_class)->grab_focus = [](GtkWidget* box) {
+                return gtk_widget_grab_focus(gtk_widget_get_first_child(box));
+            };
+        },
+        sizeof(GtkBox), nullptr, GTypeFlags(0));
+    return type;
+}
+
+}  // namespace
+
+GtkWidget* NewPageArea(WebKitWebView* view)
+{
+    auto* box = GTK_WIDGET(g_object_new(AreaType(), "orientation", GTK_ORIENTATION_VERTICAL, nullptr));
+    auto* keys = new PageKeys(view);
+    g_object_set_data_full(G_OBJECT(box), "velmora-keys", keys,
+                           [](gpointer data) { delete static_cast<PageKeys*>(data); });
+    gtk_widget_set_vexpand(GTK_WIDGET(view), TRUE);
+    gtk_widget_set_hexpand(GTK_WIDGET(view), TRUE);
+    gtk_box_append(GTK_BOX(box), GTK_WIDGET(view));
+    gtk_box_append(GTK_BOX(box), keys->find.Widget());
+
+    GtkEventController* pressed = gtk_event_controller_key_new();
+    g_signal_connect(pressed, "key-pressed", G_CALLBACK(OnKey), keys);
+    gtk_widget_add_controller(box, pressed);
+    // Ahead of the page, which would scroll.
+    GtkEventController* wheel = gtk_event_controller_scroll_new(static_cast<GtkEventControllerScrollFlags>(
+        GTK_EVENT_CONTROLLER_SCROLL_VERTICAL | GTK_EVENT_CONTROLLER_SCROLL_DISCRETE));
+    gtk_event_controller_set_propagation_phase(wheel, GTK_PHASE_CAPTURE);
+    g_signal_connect(wheel, "scroll", G_CALLBACK(OnWheel), keys);
+    gtk_widget_add_controller(box, wheel);
+    return box;
+}
+
+}  // namespace velmora

@@ -1,0 +1,110 @@
+#include "platform/webkit/Permissions.h"
+
+#include <utility>
+
+namespace velmora {
+
+namespace {
+
+// More than a page can have a reason for; what comes beyond is refused.
+constexpr std::size_t kMostWishes = 8;
+
+template <class T>
+std::shared_ptr<T> Held(T* object)
+{
+    return {static_cast<T*>(g_object_ref(object)), g_object_unref};
+}
+
+std::string MediaWish(WebKitUserMediaPermissionRequest* request)
+{
+    if (webkit_user_media_permission_is_for_display_device(request)) return "record what is on your screen";
+    const bool sound = webkit_user_media_permission_is_for_audio_device(request);
+    const bool picture = webkit_user_media_permission_is_for_video_device(request);
+    if (sound && picture) return "use your camera and microphone";
+    return picture ? "use your camera" : "use your microphone";
+}
+
+/// What a page asks for, in words; empty for what no page is allowed.
+std::string TextOf(WebKitPermissionRequest* request)
+{
+    if (WEBKIT_IS_USER_MEDIA_PERMISSION_REQUEST(request))
+        return MediaWish(WEBKIT_USER_MEDIA_PERMISSION_REQUEST(request));
+    if (WEBKIT_IS_GEOLOCATION_PERMISSION_REQUEST(request)) return "know where you are";
+    if (WEBKIT_IS_NOTIFICATION_PERMISSION_REQUEST(request)) return "show you notifications";
+    if (WEBKIT_IS_CLIPBOARD_PERMISSION_REQUEST(request)) return "read what you have copied";
+    if (WEBKIT_IS_DEVICE_INFO_PERMISSION_REQUEST(request)) return "know which cameras and microphones you have";
+    if (WEBKIT_IS_POINTER_LOCK_PERMISSION_REQUEST(request)) return "take over your mouse pointer";
+    if (WEBKIT_IS_MEDIA_KEY_SYSTEM_PERMISSION_REQUEST(request)) return "play protected media";
+    if (WEBKIT_IS_WEBSITE_DATA_ACCESS_PERMISSION_REQUEST(request)) {
+        return "let " +
+               std::string(webkit_website_data_access_permission_request_get_requesting_domain(
+                   WEBKIT_WEBSITE_DATA_ACCESS_PERMISSION_REQUEST(request))) +
+               " use the data that it has kept on this computer";
+    }
+    return {};
+}
+
+/// Scheme, host and port of the page that the view shows; its address if it has no such thing.
+std::string SiteOf(WebKitWebView* view)
+{
+    const char* address = webkit_web_view_get_uri(view);
+    if (!address) return {};
+    WebKitSecurityOrigin* origin = webkit_security_origin_new_for_uri(address);
+    char* name = webkit_security_origin_to_string(origin);
+    std::string site = name ? name : address;
+    g_free(name);
+    webkit_security_origin_unref(origin);
+    return site;
+}
+
+}  // namespace
+
+void Permissions::Guard(WebKitWebView* view)
+{
+    const auto asked = +[](WebKitWebView* from, WebKitPermissionRequest* request, Permissions* self) -> gboolean {
+        return self->Take(from, request);
+    };
+    callbacks_.Connect(view, "permission-request", G_CALLBACK(asked), this);
+}
+
+bool Permissions::Take(WebKitWebView* view, WebKitPermissionRequest* request)
+{
+    Wish wish{Held(request), Held(view), SiteOf(view), TextOf(request)};
+    if (wish.text.empty() || wish.site.empty() || wishes_.size() >= kMostWishes) {
+        webkit_permission_request_deny(request);
+        return true;
+    }
+    wishes_.push_back(std::move(wish));
+    callbacks_.Later([this] { AskNext(); });
+    return true;
+}
+
+void Permissions::AskNext()
+{
+    if (isAsking_) return;
+    isAsking_ = true;
+    while (!wishes_.empty()) {
+        const Wish wish = std::move(wishes_.front());
+        wishes_.pop_front();
+        if (IsGranted(wish)) {
+            webkit_permission_request_allow(wish.request.get());
+        } else {
+            webkit_permission_request_deny(wish.request.get());
+        }
+    }
+    isAsking_ = false;
+}
+
+bool Permissions::IsGranted(const Wish& wish)
+{
+    // The view may show another site by now, when it is asked or when the answer comes.
+    if (SiteOf(wish.view.get()) != wish.site) return false;
+    const std::string key = wish.site + " " + wish.text;
+    if (refused_.count(key) > 0) return false;
+    const Answer answer = dialogs_.MsgBox("The site " + wish.site + " wants to " + wish.text + ". Do you allow it?",
+                                          Buttons::CautiousYesNo, Icon::Exclamation);
+    if (answer != Answer::Yes) refused_.insert(key);
+    return answer == Answer::Yes && SiteOf(wish.view.get()) == wish.site;
+}
+
+}  // namespace velmora

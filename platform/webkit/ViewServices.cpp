@@ -1,0 +1,27 @@
+#include "platform/webkit/ViewServices.h"
+
+#include "platform/webkit/LoadFailures.h"
+
+namespace velmora {
+
+namespace {
+
+gboolean OnDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type, gpointer)
+{
+    if (type != WEBKIT_POLICY_DECISION_TYPE_RESPONSE) return FALSE;
+    if (!IsForSaving(WEBKIT_RESPONSE_POLICY_DECISION(decision))) return FALSE;
+    webkit_policy_decision_download(decision);
+    return TRUE;
+}
+
+}  // namespace
+
+void ViewServices::Serve(WebKitWebView* view)
+{
+    g_signal_connect(view, "decide-policy", G_CALLBACK(OnDecidePolicy), nullptr);
+    ExplainFailures(view);
+    hungPages_.Watch(view);
+    permissions_.Guard(view);
+}
+
+}  // namespace velmora

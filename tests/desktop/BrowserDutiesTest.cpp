@@ -1,0 +1,286 @@
+// What a browser owes its user beside the forms: downloads, questions of pages, leave for what needs
+// it, cookies that last, pages that hang, finding and enlarging.
+#include <gmock/gmock.h>
+#include <gtkmm/button.h>
+#include <gtkmm/entry.h>
+#include <gtkmm/filechooserdialog.h>
+#include <gtkmm/label.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "tests/desktop/Hands.h"
+#include "tests/desktop/Harness.h"
+#include "tests/support/ProxyServer.h"
+
+namespace velmora::test {
+namespace {
+
+using testing::HasSubstr;
+
+// The file chooser keeps its settings on the session bus, which a test machine has not.
+[[maybe_unused]] const bool kSettingsInMemory = g_setenv("GSETTINGS_BACKEND", "memory", TRUE);
+
+class BrowserDuties : public DesktopTest {
+protected:
+    void SetUp() override
+    {
+        DesktopTest::SetUp();
+        StartProgram();
+    }
+
+    void Show(const std::string& path, const std::string& html)
+    {
+        server_.Page(path, html);
+        Go(server_.Url(path));
+    }
+    /// Sends the page's script off without waiting for it: it may open a question.
+    void Start(const std::string& script)
+    {
+        webkit_web_view_evaluate_javascript(Engine().View(), script.c_str(), -1, nullptr, nullptr, nullptr, nullptr,
+                                            nullptr);
+    }
+    void Await(const std::string& script, const std::string& value)
+    {
+        RunUntil([&] { return Script(script) == value; }, script + " to be " + value);
+    }
+    /// Waits for a question that the page's script asks; it stands in the view itself.
+    void AwaitScriptDialog()
+    {
+        const auto isOpen = [&] {
+            for (GtkWidget* child = gtk_widget_get_first_child(GTK_WIDGET(Engine().View())); child;
+                 child = gtk_widget_get_next_sibling(child)) {
+                if (std::string(G_OBJECT_TYPE_NAME(child)).find("Dialog") != std::string::npos) return true;
+            }
+            return false;
+        };
+        RunUntil(isOpen, "a script's question");
+    }
+};
+
+class FileDownloads : public BrowserDuties {
+protected:
+    /// Goes to an address that turns out to be a file, and waits for the chooser.
+    GtkFileChooser* Fetch(const std::string& url)
+    {
+        TypeAddress(url);
+        Press("cmdPlayback");
+        RunUntil([] { return OpenWindow("Save File"); }, "the file chooser");
+        return GTK_FILE_CHOOSER(OpenWindow("Save File")->gobj());
+    }
+    /// Types the path of a file in the test's folder and presses Save.
+    void Save(GtkFileChooser* chooser, const std::string& name)
+    {
+        gtk_file_chooser_set_current_name(chooser, (folder_ / name).c_str());
+        gtk_dialog_response(GTK_DIALOG(chooser), GTK_RESPONSE_ACCEPT);
+    }
+    static GtkDialog* OverwriteQuestion()
+    {
+        for (Gtk::Window* window : Gtk::Window::list_toplevels()) {
+            if (GTK_IS_MESSAGE_DIALOG(window->gobj())) return GTK_DIALOG(window->gobj());
+        }
+        return nullptr;
+    }
+    static std::string NameIn(GtkFileChooser* chooser)
+    {
+        char* name = gtk_file_chooser_get_current_name(chooser);
+        std::string text = name;
+        g_free(name);
+        return text;
+    }
+    std::string ContentOf(const std::string& name)
+    {
+        std::ostringstream content;
+        content << std::ifstream(folder_ / name).rdbuf();
+        return content.str();
+    }
+    /// Of a file of which less comes than it says.
+    const std::string kHead = "HTTP/1.1 200 OK\r\nContent-Type: application/x-thing\r\nContent-Length: 4000000\r\n\r\n";
+    bool IsListShown() { return Widget("lstDownloads").get_visible(); }
+};
+
+TEST_F(FileDownloads, GoWhereTheUserSaysAndNeverOverAFileUnasked)
+{
+    server_.Handler("/report", [](const Request&) {
+        return Response{
+            "new text", "text/plain", 200, {{"Content-Disposition", "attachment; filename=\"../.a<b>&.txt\""}}, 0};
+    });
+    Show("/page.html", "<form action='x'></form>");
+    GtkFileChooser* chooser = Fetch(server_.Url("/report"));
+    EXPECT_EQ(NameIn(chooser), "a_b_&.txt");
+    RunUntil([&] { return !Form().Timer1.Enabled(); }, "the ticker's end: no page will come");
+    EXPECT_EQ(Script("location.pathname"), "/page.html");
+    const std::string path = folder_ / "kept.txt";
+    Expect({.text = "The download is complete:\n" + path, .button = "Ok"});
+    Save(chooser, "kept.txt");
+    RunUntil([&] { return AllAnswered(); }, "the message");
+    EXPECT_EQ(ContentOf("kept.txt"), "new text");
+
+    std::ofstream(path) << "precious";
+    chooser = Fetch(server_.Url("/report"));
+    Save(chooser, "kept.txt");
+    RunUntil([] { return OverwriteQuestion(); }, "the chooser's own question");
+    gtk_dialog_response(OverwriteQuestion(), GTK_RESPONSE_CANCEL);
+    EXPECT_EQ(ContentOf("kept.txt"), "precious");
+    gtk_dialog_response(GTK_DIALOG(chooser), GTK_RESPONSE_CANCEL);
+    RunUntil([] { return !OpenWindow("Save File"); }, "the chooser to go");
+    EXPECT_EQ(ContentOf("kept.txt"), "precious");
+    EXPECT_FALSE(IsListShown());
+}
+
+TEST_F(FileDownloads, RunInSightAndCanBeCancelledOrFail)
+{
+    ProxyServer slow;
+    const std::string url = "http://127.0.0.1:" + std::to_string(slow.Port()) + "/big.bin";
+    slow.Answer(kHead + std::string(1000000, 'x'), true);
+    Save(Fetch(url), "part.bin");
+    RunUntil([&] { return IsListShown(); }, "the list of downloads");
+    RunUntil(
+        [&] {
+            return std::filesystem::exists(folder_ / "part.bin.wkdownload") ||
+                   std::filesystem::exists(folder_ / "part.bin");
+        },
+        "bytes");
+    Screenshot("download");
+    Press("cmdCancelDownload");
+    RunUntil([&] { return !IsListShown(); }, "the list to go");
+    EXPECT_FALSE(std::filesystem::exists(folder_ / "part.bin"));
+
+    slow.Answer(kHead + std::string(1000, 'x'));
+    Expect({.text = "The download has failed:\n" + (folder_ / "broken.bin").string() +
+                    "\nConnection terminated unexpectedly",
+            .button = "Ok"});
+    Save(Fetch(url), "broken.bin");
+    RunUntil([&] { return AllAnswered(); }, "the message");
+}
+
+TEST_F(FileDownloads, EndWithTheProgram)
+{
+    ProxyServer slow;
+    slow.Answer(kHead + std::string(1000000, 'x'), true);
+    Save(Fetch("http://127.0.0.1:" + std::to_string(slow.Port()) + "/big.bin"), "part.bin");
+    RunUntil([&] { return IsListShown(); }, "the list of downloads");
+    Restart();
+    EXPECT_FALSE(IsListShown());
+    EXPECT_FALSE(std::filesystem::exists(folder_ / "part.bin"));
+}
+
+TEST_F(BrowserDuties, AScriptsQuestionsAreAnsweredByKeyAndHoldNobodyForEver)
+{
+    Show("/ask.html", "<title>ask</title>");
+    for (const auto& [question, key, answer] : {std::tuple("confirm('<b>Sure?</b>')", "Return", "true"),
+                                                {"confirm('Sure?')", "Escape", "false"},
+                                                {"prompt('Name?', 'Ann')", "Return", "Ann"}}) {
+        Start("document.title = " + std::string(question));
+        AwaitScriptDialog();
+        PressKeys(MainWindow(), key);
+        Await("document.title", answer);
+    }
+
+    Start("for (;;) alert('again')");
+    AwaitScriptDialog();
+    Expect({.text = "The page " + server_.Url("/ask.html") + " does not answer. Do you want to stop it?",
+            .button = "Yes"});
+    Show("/fine.html", "<title>fine</title>");
+    EXPECT_EQ(Script("document.title"), "fine");
+}
+
+TEST_F(BrowserDuties, AnAnswerWithoutAPageStopsTheTicker)
+{
+    Show("/page.html", "<title>page</title>");
+    server_.Handler("/nothing", [](const Request&) { return Response{"", "text/html", 204, {}, 0}; });
+    TypeAddress(server_.Url("/nothing"));
+    Press("cmdPlayback");
+    RunUntil([&] { return !server_.RequestsTo("/nothing").empty() && !Form().Timer1.Enabled(); }, "the ticker's end");
+    EXPECT_EQ(Script("document.title"), "page");
+}
+
+TEST_F(BrowserDuties, NoSiteGetsWhatNeedsLeaveWithoutAYes)
+{
+    Show("/where.html", "<title>?</title>");
+    const std::string site = server_.Url("");
+    const std::string ask =
+        "navigator.geolocation.getCurrentPosition(() => document.title = 'yes', "
+        "error => document.title += error.code)";
+    Expect(
+        {.text = "The site " + site + " wants to know where you are. Do you allow it?", .button = "No", .before = [] {
+             Gtk::Window* box = OpenWindow("Velmora");
+             EXPECT_EQ(box->get_default_widget()->get_name().raw(), "btnNo") << "Enter refuses, too";
+         }});
+    Script(ask + "; 1");
+    Await("document.title", "?1");
+    Script(ask + "; 1");
+    Await("document.title", "?11");
+    Expect({.text = "The site " + site + " wants to read what you have copied. Do you allow it?", .button = "Yes"});
+    gdk_clipboard_set_text(gdk_display_get_clipboard(gdk_display_get_default()), "copied");
+    Show("/paste.html", "<p onclick='navigator.clipboard.readText().then(text => document.title = text)'>paste</p>");
+    Click("p");
+    Await("document.title", "copied");
+}
+
+TEST_F(BrowserDuties, CookiesAndSiteStorageLastFromRunToRun)
+{
+    EndProgram();
+    dataFolder_ = folder_ / "data";
+    StartProgram();
+    server_.Handler("/set", [](const Request&) {
+        return Response{"<title>set</title>", "text/html", 200, {{"Set-Cookie", "kept=yes; max-age=1000"}}, 0};
+    });
+    Go(server_.Url("/set"));
+    Script("localStorage.setItem('kept', 'too')");
+    Restart();
+    Show("/read.html", "<p>");
+    EXPECT_EQ(Script("document.cookie + localStorage.getItem('kept')"), "kept=yestoo");
+    const auto open = std::filesystem::perms::group_all | std::filesystem::perms::others_all;
+    EXPECT_EQ(std::filesystem::status(dataFolder_).permissions() & open, std::filesystem::perms::none);
+}
+
+TEST_F(BrowserDuties, APageThatHangsIsToldAndCanBeStopped)
+{
+    Show("/hang.html", "<body onclick='for (;;);'><p id='p'>click</p>");
+    Expect({.text = "The page " + server_.Url("/hang.html") + " does not answer. Do you want to stop it?",
+            .button = "Yes"});
+    Click("#p");
+    RunUntil([&] { return AllAnswered(); }, "the question");
+    Await("document.title", "This page could not be loaded");
+    Show("/fine.html", "<title>fine</title>");
+    EXPECT_EQ(Script("document.title"), "fine");
+}
+
+TEST_F(BrowserDuties, KeysFindAndEnlarge)
+{
+    Show("/text.html", "<p>one two</p><p>two three</p>");
+    const auto found = [&](const std::string& place) { Await("getSelection().anchorNode?.textContent ?? ''", place); };
+    Key("ctrl+f");
+    RunUntil([&] { return Widget("txtFind").get_mapped(); }, "the find row");
+    dynamic_cast<Gtk::Entry&>(Widget("txtFind")).set_text("TWO");
+    found("one two");
+    Press("cmdFindNext");
+    found("two three");
+    Key("F3");
+    found("one two");
+    Key("shift+F3");
+    found("two three");
+    dynamic_cast<Gtk::Entry&>(Widget("txtFind")).set_text("four");
+    RunUntil([&] { return dynamic_cast<Gtk::Label&>(Widget("lblFind")).get_text() == "Not found"; }, "the outcome");
+    Key("Escape");
+    RunUntil([&] { return !Widget("txtFind").get_mapped(); }, "the find row to go");
+
+    const auto zoom = [&](double level) {
+        RunUntil([&] { return webkit_web_view_get_zoom_level(Engine().View()) == level; }, "the size");
+    };
+    Key("ctrl+plus ctrl+plus");
+    zoom(1.2);
+    Key("ctrl+minus");
+    zoom(1.1);
+    Key("ctrl+0");
+    zoom(1.0);
+    Click("p");
+    Key("ctrl+a ctrl+c");
+    RunUntil([&] { return Script("getSelection().toString()").find("three") != std::string::npos; }, "all selected");
+    Key("a keydown ctrl click 5 keyup ctrl");
+    zoom(0.9);
+}
+
+}  // namespace
+}  // namespace velmora::test

@@ -1,0 +1,197 @@
+// Pages that draw their forms late, move within one document, keep their own state or send the data
+// themselves.
+#include <gmock/gmock.h>
+
+#include "tests/desktop/Harness.h"
+
+namespace velmora::test {
+namespace {
+
+using testing::Contains;
+using testing::Not;
+
+constexpr char kRecordQuestion[] = "A temporary record is created, do you want to view/edit it now?";
+
+class ModernPages : public DesktopTest {
+protected:
+    void SetUp() override
+    {
+        DesktopTest::SetUp();
+        server_.Page("/to.cgi", "arrived");
+        StartProgram();
+        Press("cmdPrompt");
+    }
+
+    /// Puts a permanent record into the list.
+    void Keep(const std::string& url, const std::string& action, const std::string& postdata)
+    {
+        frmBrowser::AddRecordItem(Form().lvwPermanent, {.Type = kTypeForm,
+                                                        .Session = "kept",
+                                                        .Url = server_.Url(url),
+                                                        .Action = server_.Url(action),
+                                                        .Postdata = postdata,
+                                                        .Header = {},
+                                                        .Frame = {}});
+    }
+
+    std::vector<std::string> Bodies(const std::string& path)
+    {
+        std::vector<std::string> bodies;
+        for (const Request& request : server_.RequestsTo(path)) bodies.push_back(request.Body);
+        return bodies;
+    }
+};
+
+TEST_F(ModernPages, AFormDrawnAfterTheLoadIsFilledWhenItAppears)
+{
+    server_.Page("/late.html",
+                 "<div id='app'></div><script>setTimeout(() => { app.innerHTML ="
+                 "\"<form action='to.cgi' method='post'><input name='a'><input type='submit'></form>\";"
+                 "}, 150);</script>");
+    Keep("/late.html", "/to.cgi", "a=late");
+    Go(server_.Url("/late.html"));
+    WaitForDocument(server_.Url("/to.cgi"));
+    EXPECT_THAT(Bodies("/to.cgi"), testing::ElementsAre("a=late"));
+}
+
+TEST_F(ModernPages, ADocumentThatNeverRestsIsReportedAllTheSame)
+{
+    server_.Page("/busy.html", "<p id='p'></p><script>setInterval(() => { p.textContent += '.'; }, 20);</script>");
+    Go(server_.Url("/busy.html"));
+    EXPECT_FALSE(Form().Timer1.Enabled());
+}
+
+TEST_F(ModernPages, AMoveWithinADocumentCountsAsAFinishedDocument)
+{
+    server_.Page("/app.html",
+                 "<div id='app'><form><input name='other'></form></div><script>function go() {"
+                 "history.pushState({}, '', '/app/login'); setTimeout(() => { app.innerHTML ="
+                 "\"<form action='/to.cgi' method='post'><input name='user'><input type='submit'></form>\"; }, 50); }"
+                 "</script>");
+    Keep("/app/login", "/to.cgi", "user=anna");
+    Go(server_.Url("/app.html"));
+    Script("go(); 1");
+    WaitForDocument(server_.Url("/to.cgi"));
+    EXPECT_THAT(Bodies("/to.cgi"), testing::ElementsAre("user=anna"));
+    EXPECT_THAT(Completed(), Contains(server_.Url("/app/login")));
+}
+
+TEST_F(ModernPages, ASubmissionByThePagesScriptIsRecordedAsTheUserSentIt)
+{
+    server_.Page("/form.html",
+                 "<form action='to.cgi' method='post' onsubmit='event.preventDefault(); fetch(this.action,"
+                 "{method: \"POST\", body: new URLSearchParams(new FormData(this))}); this.reset()'>"
+                 "<input name='a'><select name='s'><option value='1'>One<option value='2'>Two</select>"
+                 "<input type='submit' name='go' value='Send'></form>");
+    Press("cmdRecord");
+    Go(server_.Url("/form.html"));
+    for (const std::string text : {"first", "second"}) {
+        Type("[name=a]", text);
+        Script("document.querySelector('[name=s]').selectedIndex = 1; 1");
+        Expect({.text = kRecordQuestion, .button = "No"});
+        Click("[type=submit]");
+        RunUntil([&] { return AllAnswered() && !Form().Timer1.Enabled(); }, "the record of " + text);
+    }
+    ASSERT_EQ(Form().ListView1.Count(), 2);
+    const ListItem& row = Form().ListView1.Item(2);
+    EXPECT_EQ(row.SubItem("Postdata"), "a=second&s=Two&go=Send");
+    EXPECT_EQ(row.SubItem("Action"), server_.Url("/to.cgi"));
+    EXPECT_EQ(row.SubItem("Url"), server_.Url("/form.html"));
+
+    // Played back, the page's script sends it again, and nothing is recorded.
+    Press("cmdHideRecord");
+    Form().SSTab1.Tab = 1;
+    SelectRow("ListView1", 1);
+    Press("cmdSave");
+    server_.ForgetRequests();
+    Form().SSTab1.Tab = 0;
+    Go(server_.Url("/form.html"));
+    RunUntil([&] { return !server_.RequestsTo("/to.cgi").empty(); }, "the script's request");
+    EXPECT_THAT(Bodies("/to.cgi"), testing::ElementsAre("a=first&s=2"));
+    EXPECT_EQ(Form().ListView1.Count(), 1);
+}
+
+TEST_F(ModernPages, ASubmissionThatGoesOutAfterAllIsRecordedOnce)
+{
+    server_.Page("/form.html",
+                 "<form action='to.cgi' method='post' onsubmit='event.preventDefault(); this.submit()'>"
+                 "<input name='a' value='1'><input type='submit'></form>");
+    Press("cmdRecord");
+    Go(server_.Url("/form.html"));
+    Expect({.text = kRecordQuestion, .button = "No"});
+    Click("[type=submit]");
+    WaitForDocument(server_.Url("/to.cgi"));
+    EXPECT_EQ(Form().ListView1.Count(), 1);
+}
+
+TEST_F(ModernPages, ASubmissionThatTheFormsOwnValidationStopsIsNone)
+{
+    server_.Page("/form.html",
+                 "<form action='to.cgi' method='post'><input name='a' required><input type='submit'></form>");
+    Press("cmdRecord");
+    Go(server_.Url("/form.html"));
+    Click("[type=submit]");
+    RunUntil([&] { return Script("document.activeElement.name") == "a"; }, "the focus on the field that is missing");
+    EXPECT_EQ(Form().ListView1.Count(), 0);
+    EXPECT_TRUE(server_.RequestsTo("/to.cgi").empty());
+}
+
+TEST_F(ModernPages, AListThatAHandlerRebuildsTakesTheRecordedRegion)
+{
+    server_.Page("/order.html",
+                 "<form action='to.cgi' method='post'><select name='country' onchange='region.innerHTML ="
+                 "this.value == 2 ? \"<option value=8>North<option value=9>South\" : \"<option>-\"'>"
+                 "<option value='1'>Here<option value='2'>There</select>"
+                 "<select name='region' id='region'><option>-</select>"
+                 "<input name='phone' oninput='this.value = this.value.replace(/[^0-9]/g, \"\")'>"
+                 "<input type='submit'></form>");
+    Keep("/order.html", "/to.cgi", "country=There&region=South&phone=12%2D34");
+    Go(server_.Url("/order.html"));
+    WaitForDocument(server_.Url("/to.cgi"));
+    EXPECT_THAT(Bodies("/to.cgi"), testing::ElementsAre("country=2&region=9&phone=1234"));
+}
+
+TEST_F(ModernPages, AFieldIsWrittenOnlyIfItChangesAndAsAUserWould)
+{
+    server_.Page("/state.html",
+                 "<form action='to.cgi' method='post'><input name='same' value='same'><input name='new'>"
+                 "<input type='checkbox' name='c' value='1' checked><input type='checkbox' name='d' value='1'>"
+                 "<input name='log'><input type='submit'></form><script>const log = [];"
+                 "for (const type of ['input', 'change', 'click']) document.forms[0].addEventListener(type, (e) => {"
+                 "log.push(type + ':' + e.target.name); document.title = log.join(' '); });</script>");
+    Press("cmdAutoClick");
+    Keep("/state.html", "/to.cgi", "same=same&new=text&c=1&d=1&log=");
+    Go(server_.Url("/state.html"));
+    EXPECT_EQ(Script("document.title"), "input:new change:new click:d input:d change:d");
+}
+
+TEST_F(ModernPages, FramesOfAnotherSiteHaveTheirOwnEventsAndStayClosed)
+{
+    WebServer other;
+    other.Page("/inner.html", "<form action='" + server_.Url("/to.cgi") +
+                                  "' method='post'><input name='a'><input type='submit'></form>");
+    server_.Page("/outer.html", "<iframe src='" + other.Url("/inner.html", "localhost") +
+                                    "'></iframe><iframe sandbox srcdoc='<form><input name=x></form>'></iframe>"
+                                    "<iframe srcdoc='<form action=y><input name=z></form>'></iframe>");
+    frmBrowser::AddRecordItem(Form().lvwPermanent, {.Type = kTypeForm,
+                                                    .Session = "inner",
+                                                    .Url = other.Url("/inner.html", "localhost"),
+                                                    .Action = server_.Url("/to.cgi"),
+                                                    .Postdata = "a=1",
+                                                    .Header = {},
+                                                    .Frame = {}});
+    Press("cmdAutoClick");
+    Go(server_.Url("/outer.html"));
+    EXPECT_THAT(Completed(), Contains(other.Url("/inner.html", "localhost")));
+    EXPECT_THAT(Completed(), Contains("about:srcdoc"));
+    const auto document = Form().wbMyBrowser.Document();
+    ASSERT_EQ(document->FramesLength(), 3);
+    EXPECT_THROW(document->Frames(0)->Document(), DocumentError);
+    EXPECT_THROW(document->Frames(1)->Document(), DocumentError);
+    EXPECT_EQ(document->Frames(2)->Document()->Forms(0)->Elements(0)->Name(), "z");
+    // The record of the frame's own address was filled in the frame.
+    EXPECT_FALSE(Form().gbRecordArmed);
+}
+
+}  // namespace
+}  // namespace velmora::test

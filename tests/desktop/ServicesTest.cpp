@@ -1,0 +1,241 @@
+// Pop-ups, the proxy and the list of proxy servers on the real window and engine.
+#include <gmock/gmock.h>
+#include <gtkmm/button.h>
+#include <gtkmm/checkbutton.h>
+#include <gtkmm/entry.h>
+#include <sqlite3.h>
+
+#include <fstream>
+
+#include "services/frmProxy.h"
+#include "tests/desktop/Hands.h"
+#include "tests/desktop/Harness.h"
+#include "tests/support/ProxyServer.h"
+
+namespace velmora::test {
+namespace {
+
+using testing::Contains;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+Gtk::Window* Popup()
+{
+    for (Gtk::Window* window : Gtk::Window::list_toplevels()) {
+        if (window->get_name().raw() == "Popup" && window->get_mapped()) return window;
+    }
+    return nullptr;
+}
+
+constexpr char kPopupQuestion[] = "Pop-up window is required, do you want to block pop-up?";
+
+class PopupsOnScreen : public DesktopTest {
+protected:
+    void SetUp() override
+    {
+        DesktopTest::SetUp();
+        StartProgram();
+        server_.Page("/popup.html", "<title>Small</title><form action='/sent'><input name='a'></form>");
+        server_.Page(
+            "/opener.html",
+            "<a id='link' target='_blank' href='/popup.html'>open in a new window</a>"
+            "<p id='script' onclick=\"w = window.open('/popup.html', '', 'width=300,height=200')\">open by script</p>"
+            "<p id='late' onclick=\"setTimeout(() => window.open('/popup.html'), 50)\">open later</p>");
+        Go(server_.Url("/opener.html"));
+    }
+    void Open(const std::string& selector)
+    {
+        Expect({.text = kPopupQuestion, .button = "No"});
+        Click(selector);
+        RunUntil([] { return Popup() && Popup()->get_title().raw().find("Small") == 0; }, "the pop-up's page");
+    }
+    std::string Told() { return Form().StatusBar1.Panels(2).Text(); }
+};
+
+TEST_F(PopupsOnScreen, WaitForTheAnswerAndOpenOutsideCaptureAndPlayback)
+{
+    frmBrowser::AddRecordItem(Form().lvwPermanent, {"Form", "r", server_.Url("/popup.html"), "/sent", "a=b", "", ""});
+    Form().mnuAutoRecord_Click();
+    const auto before = Completed().size();
+    Expect({.text = kPopupQuestion, .button = "Yes", .before = [&] {
+                EXPECT_THAT(server_.RequestsTo("/popup.html"), IsEmpty()) << "the window waits for the answer";
+            }});
+    Click("#script");
+    RunUntil([&] { return Told() == "1 Pop-up is blocked"; }, "the refusal");
+    EXPECT_EQ(Script("w"), "null");
+    EXPECT_FALSE(Popup());
+
+    Open("#script");
+    EXPECT_EQ(Told(), "Pop-up is not blocked");
+    EXPECT_EQ(Script("w.document.querySelector('input').value"), "") << "no record is played in a pop-up";
+    Script("w.document.querySelector('input').value = 'x', w.document.forms[0].submit()");
+    RunUntil([&] { return !server_.RequestsTo("/sent").empty(); }, "the pop-up's form");
+    EXPECT_EQ(Form().ListView1.Count(), 0) << "no submission is captured in a pop-up";
+    EXPECT_EQ(Completed().size(), before);
+    EXPECT_FALSE(Form().Timer1.Enabled());
+    Script("w.close()");
+    RunUntil([] { return !Popup(); }, "the pop-up to close itself");
+}
+
+TEST_F(PopupsOnScreen, OfLinksAndScriptsAreClosedByTheUserOrEndWithTheProgram)
+{
+    Open("#link");
+    Popup()->close();
+    RunUntil([] { return !Popup(); }, "the pop-up to be closed");
+    Open("#late");
+    Form().mnuBlock_Click();
+    Script("document.querySelector('#link').click()");
+    RunUntil([&] { return Told() == "1 Pop-up is blocked"; }, "the refusal without a question");
+    EndProgram();
+    EXPECT_FALSE(Popup());
+}
+
+class ProxyOnScreen : public DesktopTest {
+protected:
+    void SetUp() override
+    {
+        DesktopTest::SetUp();
+        StartProgram();
+        proxy_.Answer("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nConnection: close\r\n\r\n<title>By proxy</title>");
+    }
+    /// Opens the dialog from the menu, fills it in and presses OK; the box has to say this.
+    void Set(const std::string& address, const std::string& port, bool use, const std::string& told)
+    {
+        Expect({.text = told, .button = "Ok"});
+        const auto fill = [=] {
+            Gtk::Window* dialog = OpenWindow("Proxy Setting");
+            if (!dialog) return true;
+            dynamic_cast<Gtk::Entry&>(FindIn(*dialog, "txtIP")).set_text(address);
+            dynamic_cast<Gtk::Entry&>(FindIn(*dialog, "txtPort")).set_text(port);
+            dynamic_cast<Gtk::CheckButton&>(FindIn(*dialog, "chkUseProxy")).set_active(use);
+            g_signal_emit_by_name(FindIn(*dialog, "cmdOK").gobj(), "clicked");
+            return false;
+        };
+        Glib::signal_timeout().connect(fill, 5);
+        MainWindow().activate_action("menu.mnuProxy");
+        EXPECT_FALSE(OpenWindow("Proxy Setting"));
+    }
+    std::string Port() const { return std::to_string(proxy_.Port()); }
+
+    static constexpr char kSet[] = "The IE proxy settings was updated sucsessfully.";
+    static constexpr char kCleared[] = "IE Proxy settings was cleared.";
+    static constexpr char kRefused[] = "Unable to update the IE proxy settings.";
+    ProxyServer proxy_;
+};
+
+TEST_F(ProxyOnScreen, TakesHttpAloneFromOkUntilTheEnd)
+{
+    Set("127.0.0.1", Port(), true, kSet);
+    Go("http://no-such-host.test/page");
+    EXPECT_EQ(Script("document.title"), "By proxy");
+    EXPECT_THAT(proxy_.Requests(), Contains("GET http://no-such-host.test/page HTTP/1.1"));
+
+    const auto proxied = proxy_.Requests().size();
+    WebServer secure(WebServer::Scheme::Https);
+    TypeAddress(secure.Url("/"));
+    Press("cmdPlayback");
+    RunUntil([&] { return Script("document.body.innerText").find("certificate") != std::string::npos; },
+             "the server's own certificate");
+    EXPECT_THAT(proxy_.Requests(), SizeIs(proxied)) << "HTTPS goes directly";
+
+    Set("127.0.0.1", Port(), false, kCleared);
+    TypeAddress("http://no-such-host.test/other");
+    Press("cmdPlayback");
+    RunUntil([&] { return Script("document.title") == "This page could not be loaded"; }, "the failure");
+    EXPECT_THAT(proxy_.Requests(), SizeIs(proxied));
+
+    Set("127.0.0.1", Port(), true, kSet);
+    Expect({.text = kCleared, .button = "Ok"});
+    EndProgram();
+}
+
+TEST_F(ProxyOnScreen, ATextThatIsNoAddressIsRefusedAndTheOldSettingStays)
+{
+    Set("127.0.0.1", Port(), true, kSet);
+    for (const auto& [address, port] : {std::pair("", ""),
+                                        {"two words", "80"},
+                                        {"host/path", "80"},
+                                        {"host", "x"},
+                                        {"host", "65536"},
+                                        {"host", "0"},
+                                        {"user@host", "80"},
+                                        {"<b>", "80"}}) {
+        Set(address, port, true, kRefused);
+    }
+    Go("http://no-such-host.test/still");
+    EXPECT_EQ(Script("document.title"), "By proxy");
+    Expect({.text = kCleared, .button = "Ok"});
+    EndProgram();
+}
+
+class ProxyListOnDisk : public DesktopTest {
+protected:
+    void SetUp() override
+    {
+        DesktopTest::SetUp();
+        StartProgram();
+    }
+    using Database = std::unique_ptr<sqlite3, int (*)(sqlite3*)>;
+    Database Open()
+    {
+        sqlite3* database = nullptr;
+        sqlite3_open(File().c_str(), &database);
+        return {database, sqlite3_close};
+    }
+    void Execute(const std::string& sql) { Execute(Open(), sql); }
+    static void Execute(const Database& database, const std::string& sql)
+    {
+        ASSERT_EQ(sqlite3_exec(database.get(), sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sql;
+    }
+    std::string File() const { return folder_ / "proxyserver.mdb"; }
+    /// What the boxes hold after the button's procedure has run.
+    std::string Get()
+    {
+        frmProxy& dialog = Form().ProxyDialog();
+        dialog.cmdProxy_Click();
+        return dialog.txtIP.Text() + "|" + dialog.txtPort.Text();
+    }
+};
+
+TEST_F(ProxyListOnDisk, HandsOutEachFreeServerOnceAcrossRuns)
+{
+    Execute(
+        "create table tblProxy (id integer primary key, ip text, port, used text, note text);"
+        "insert into tblProxy (ip, port, used) values ('taken', 1, 'Y'), ('first', 8080, 'N'),"
+        " ('never', 2, null), ('second', '3128', ''), ('third', 81.0, 'y')");
+    EXPECT_EQ(Get(), "first|8080");
+    EXPECT_EQ(Get(), "second|3128");
+    Expect({.text = "IE Proxy settings was cleared.", .button = "Ok"});
+    Restart();
+    EXPECT_EQ(Get(), "third|81");
+    EXPECT_EQ(Get(), "third|81") << "all are used";
+}
+
+TEST_F(ProxyListOnDisk, AFileThatCannotBeUsedChangesNothing)
+{
+    Form().ProxyDialog().txtIP.Text = "typed";
+    EXPECT_EQ(Get(), "typed|");
+    EXPECT_FALSE(std::filesystem::exists(File())) << "a missing file stays missing";
+    std::ofstream(File()) << "no database at all, but some text that is long enough for a header of one hundred bytes"
+                             " and then some more";
+    EXPECT_EQ(Get(), "typed|");
+    std::filesystem::remove(File());
+    std::filesystem::create_directory(File());
+    EXPECT_EQ(Get(), "typed|");
+    std::filesystem::remove(File());
+    for (const char* table : {"create table other (ip, port, used)", "create table tblProxy (ip, used)",
+                              "create table tblProxy (ip, port)"}) {
+        Execute(table);
+        EXPECT_EQ(Get(), "typed|") << table;
+        std::filesystem::remove(File());
+    }
+    Execute("create table tblProxy (ip, port, used); insert into tblProxy values ('free', 80, 'N')");
+    const Database other = Open();
+    Execute(other, "begin exclusive");
+    EXPECT_EQ(Get(), "typed|") << "somebody else has it locked";
+    Execute(other, "commit");
+    EXPECT_EQ(Get(), "free|80") << "no row was spent on the failures";
+}
+
+}  // namespace
+}  // namespace velmora::test
