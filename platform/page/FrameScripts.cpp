@@ -1,5 +1,7 @@
 #include "platform/page/FrameScripts.h"
 
+#include <utility>
+
 #include "agent_script.h"
 #include "platform/page/Converter.h"
 
@@ -50,7 +52,7 @@ FrameScripts::Value FrameScripts::Evaluate(JSCContext* context, const std::strin
     return value;
 }
 
-void FrameScripts::Begin(JSCContext* context, std::uint64_t frame)
+void FrameScripts::Begin(JSCContext* context, JSCContext* page, std::uint64_t frame)
 {
     const Value start = Evaluate(context, "agent.js");
     const Value parts(jsc_value_new_object(context, nullptr, nullptr));
@@ -72,7 +74,9 @@ void FrameScripts::Begin(JSCContext* context, std::uint64_t frame)
                                                JSC_TYPE_VALUE, parts.get(), G_TYPE_NONE));
     ThrowIfFailed(context);
     jsc_context_set_value(context, "velmoraAgent", object.get());
-    scripts_[frame] = Script{WeakValue(jsc_weak_value_new(object.get()))};
+    const Value window(jsc_context_get_global_object(page));
+    heldQuestions_.erase(frame);
+    scripts_[frame] = Script{WeakValue(jsc_weak_value_new(object.get())), WeakValue(jsc_weak_value_new(window.get()))};
 }
 
 FrameScripts::Value FrameScripts::Call(std::uint64_t frame, const char* method, const char* argument)
@@ -111,8 +115,31 @@ std::string FrameScripts::Markup(std::uint64_t frame) { return BytesOf(Call(fram
 
 void FrameScripts::Click(std::uint64_t frame, const std::string& handle) { Call(frame, "click", handle.c_str()); }
 
+void FrameScripts::HoldQuestions(std::uint64_t frame)
+{
+    const auto script = scripts_.find(frame);
+    if (script == scripts_.end() || heldQuestions_.contains(frame)) return;
+    const Value window(jsc_weak_value_get_value(script->second.page.get()));
+    if (!window) return;
+    JSCContext* page = jsc_value_get_context(window.get());
+    const Value hold = Evaluate(page, "questions.js");
+    Value release(jsc_value_function_call(hold.get(), G_TYPE_NONE));
+    ThrowIfFailed(page);
+    heldQuestions_[frame] = std::move(release);
+}
+
+void FrameScripts::ReleaseQuestions()
+{
+    for (const auto& [frame, release] : std::exchange(heldQuestions_, {})) {
+        JSCContext* page = jsc_value_get_context(release.get());
+        const Value nothing(jsc_value_function_call(release.get(), G_TYPE_NONE));
+        jsc_context_clear_exception(page);
+    }
+}
+
 void FrameScripts::Rest()
 {
+    ReleaseQuestions();
     std::vector<std::uint64_t> frames;
     for (const auto& script : scripts_) frames.push_back(script.first);
     for (const std::uint64_t frame : frames) {

@@ -30,14 +30,19 @@ public:
 
     FrameScripts(Tell tell, ServeInPage serve) : tell_(std::move(tell)), serve_(std::move(serve)) {}
 
-    /// Starts the script in a document that has just begun.
-    void Begin(JSCContext* context, std::uint64_t frame);
+    /// Starts the script in a document that has just begun. `page` is the context of the page's own
+    /// scripts in the same frame.
+    void Begin(JSCContext* context, JSCContext* page, std::uint64_t frame);
 
     /// The script's answer to a packed request, also packed.
     std::string Ask(std::uint64_t frame, const std::string& request);
     /// The markup inside the document element.
     std::string Markup(std::uint64_t frame);
     void Click(std::uint64_t frame, const std::string& handle);
+    /// Keeps the questions of a frame's page (alert and the like) until ReleaseQuestions: a write into
+    /// the page would wait for their answers, and the program for the write.
+    void HoldQuestions(std::uint64_t frame);
+    void ReleaseQuestions();
     /// Nothing more is asked of any frame for now.
     void Rest();
     /// The address of the frame's document may have changed within the document.
@@ -55,6 +60,7 @@ private:
     /// What the script keeps for a frame. The references are weak: the document owns it.
     struct Script {
         WeakValue object;
+        WeakValue page;  ///< The window, for the page's own scripts.
     };
 
     static Value Evaluate(JSCContext* context, const std::string& file);
@@ -66,6 +72,7 @@ private:
     Tell tell_;
     ServeInPage serve_;
     std::map<std::uint64_t, Script> scripts_;
+    std::map<std::uint64_t, Value> heldQuestions_;  ///< What ends each hold.
 };
 
 }  // namespace velmora

@@ -32,7 +32,9 @@ public:
         if (webkit_frame_is_main_frame(frame)) mainFrame_ = webkit_frame_get_id(frame);
         JSCContext* context = webkit_frame_get_js_context_for_script_world(frame, world);
         try {
-            scripts_.Begin(context, webkit_frame_get_id(frame));
+            JSCContext* page = webkit_frame_get_js_context(frame);
+            scripts_.Begin(context, page, webkit_frame_get_id(frame));
+            g_object_unref(page);
         } catch (const ScriptError& error) {
             Tell("error", std::to_string(webkit_frame_get_id(frame)) + '\n' + wire::Pack({error.what()}));
         }
@@ -101,8 +103,8 @@ private:
         AgentChannel::Answer answer;
         try {
             switch (request.operation) {
-            case wire::kRead:
-            case wire::kWrite: answer.body = scripts_.Ask(request.frame, body); break;
+            case wire::kWrite: scripts_.HoldQuestions(request.frame); [[fallthrough]];
+            case wire::kRead: answer.body = scripts_.Ask(request.frame, body); break;
             case wire::kMarkup: answer.body = scripts_.Markup(request.frame); break;
             case wire::kClick: ClickLater(request.frame, body); break;
             case wire::kDone: scripts_.Rest(); return answer;
@@ -129,7 +131,10 @@ private:
             [](gpointer data) -> gboolean {
                 const auto& click = *static_cast<Click*>(data);
                 try {
-                    if (const auto agent = click.agent.lock()) (*agent)->scripts_.Click(click.frame, click.handle);
+                    if (const auto agent = click.agent.lock()) {
+                        (*agent)->scripts_.ReleaseQuestions();
+                        (*agent)->scripts_.Click(click.frame, click.handle);
+                    }
                 } catch (const ScriptError&) {
                     // The element went between the request and the click: nothing is left to click.
                 }

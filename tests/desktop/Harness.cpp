@@ -206,27 +206,29 @@ std::string DesktopTest::Script(const std::string& script)
     struct Outcome {
         bool done = false;
         std::string text;
-    } outcome;
+    };
+    // Shared: the result may come when nobody waits any more.
+    const auto outcome = std::make_shared<Outcome>();
     webkit_web_view_evaluate_javascript(
         Engine().View(), script.c_str(), -1, nullptr, nullptr, nullptr,
         [](GObject* view, GAsyncResult* result, gpointer data) {
-            auto& filled = *static_cast<Outcome*>(data);
+            const std::unique_ptr<std::shared_ptr<Outcome>> filled(static_cast<std::shared_ptr<Outcome>*>(data));
             GError* error = nullptr;
             JSCValue* value = webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, &error);
             if (value) {
                 char* text = jsc_value_to_string(value);
-                filled.text = text;
+                (*filled)->text = text;
                 g_free(text);
                 g_object_unref(value);
             } else {
                 ADD_FAILURE() << "the page's script failed: " << error->message;
                 g_clear_error(&error);
             }
-            filled.done = true;
+            (*filled)->done = true;
         },
-        &outcome);
-    RunUntil([&] { return outcome.done; }, "a script");
-    return outcome.text;
+        new std::shared_ptr<Outcome>(outcome));
+    RunUntil([&] { return outcome->done; }, "a script");
+    return outcome->text;
 }
 
 void DesktopTest::Type(const std::string& selector, const std::string& text, const std::string& document)

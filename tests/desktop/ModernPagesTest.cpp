@@ -165,6 +165,30 @@ TEST_F(ModernPages, AFieldIsWrittenOnlyIfItChangesAndAsAUserWould)
     EXPECT_EQ(Script("document.title"), "input:new change:new click:d input:d change:d");
 }
 
+TEST_F(ModernPages, AMessageOfThePageDuringAFillIsShownBehindIt)
+{
+    server_.Page(
+        "/asks.html",
+        "<form action='to.cgi' method='post'><input name='a' onchange='alert(\"one\"); alert(confirm(\"ok?\"))'>"
+        "<input name='b'><input type='submit' onclick='return confirm(\"Really send?\")'></form>");
+    Keep("/asks.html", "/to.cgi", "a=1&b=2");
+    std::vector<std::string> shown;
+    g_signal_connect(
+        Engine().View(), "script-dialog",
+        G_CALLBACK(+[](WebKitWebView*, WebKitScriptDialog* dialog, std::vector<std::string>* texts) -> gboolean {
+            texts->push_back(webkit_script_dialog_get_message(dialog));
+            if (webkit_script_dialog_get_dialog_type(dialog) == WEBKIT_SCRIPT_DIALOG_CONFIRM) {
+                webkit_script_dialog_confirm_set_confirmed(dialog, TRUE);
+            }
+            return TRUE;
+        }),
+        &shown);
+    Go(server_.Url("/asks.html"));
+    WaitForDocument(server_.Url("/to.cgi"));
+    EXPECT_THAT(Bodies("/to.cgi"), testing::ElementsAre("a=1&b=2"));
+    EXPECT_THAT(shown, testing::UnorderedElementsAre("one\nfalse", "Really send?"));
+}
+
 TEST_F(ModernPages, FramesOfAnotherSiteHaveTheirOwnEventsAndStayClosed)
 {
     WebServer other;
