@@ -197,6 +197,8 @@
   // --- Requests of the program ------------------------------------------------------------------
 
   function answer(message) {
+    // A frame that was taken out of the page lives on for as long as something holds it.
+    if (window.top === null) throw new Error("the frame is gone");
     const [operation, ...given] = unpack(message);
     observe();
     if (operation in reads) return pack(reads[operation](...given));

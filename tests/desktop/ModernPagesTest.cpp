@@ -217,5 +217,38 @@ TEST_F(ModernPages, FramesOfAnotherSiteHaveTheirOwnEventsAndStayClosed)
     EXPECT_FALSE(Form().gbRecordArmed);
 }
 
+TEST_F(ModernPages, FramesThatComeGoAndNestAreReadAndLeaveNothingBehind)
+{
+    server_.Page(
+        "/outer.html",
+        "<iframe name='blank'></iframe><iframe name='gone' src='slow.html'></iframe>"
+        "<iframe name='nest' src='nest.html'></iframe>"
+        "<script>document.querySelector('[name=gone]').remove(); const late = document.createElement('iframe');"
+        "late.src = 'late.html'; document.body.append(late);</script>");
+    server_.Page("/nest.html", "<iframe src='inner.html'></iframe>");
+    server_.Page("/inner.html", "<form action='to.cgi' method='post'><input name='deep'><input type='submit'></form>");
+    server_.Page("/late.html", "<form action='to.cgi' method='post'><input name='late'><input type='submit'></form>");
+    server_.Handler("/slow.html", [](const Request&) {
+        Response slow;
+        slow.DelayMs = 200;
+        return slow;
+    });
+    Press("cmdAutoClick");
+    Keep("/inner.html", "/to.cgi", "deep=1");
+    Go(server_.Url("/outer.html"));
+    EXPECT_THAT(Completed(), testing::IsSupersetOf(
+                                 {server_.Url("/nest.html"), server_.Url("/inner.html"), server_.Url("/late.html")}));
+    const auto document = Form().wbMyBrowser.Document();
+    ASSERT_EQ(document->FramesLength(), 3);
+    EXPECT_EQ(document->Frames(0)->Document()->FormsLength(), 0);
+    const auto inner = document->Frames(1)->Document()->Frames(0)->Document();
+    EXPECT_EQ(inner->Forms(0)->Elements(0)->Value(), "1") << "filled when its own document finished";
+    const auto late = document->Frames(2)->Document();
+    EXPECT_EQ(late->Forms(0)->Elements(0)->Name(), "late");
+    Script("document.querySelectorAll('iframe').forEach((frame) => frame.remove()); 1");
+    EXPECT_THROW(late->Forms(0)->Elements(0)->SetValue("x"), DocumentError);
+    EXPECT_EQ(Form().wbMyBrowser.Document()->FramesLength(), 0);
+}
+
 }  // namespace
 }  // namespace velmora::test
