@@ -131,6 +131,7 @@ play_back() {
     step "Go to asks whether to go to the form"
     answer_box "^Address: $address_typed\$" Return
     wait_until "the question before the fill" is_shown '^Session=Session1$'
+    wait_until "the practice form behind it" practice_is_shown
     step "The form has come; the program asks whether to fill it in"
     answer_box '^Session=Session1$' Return
     wait_until "the answer page" answer_is_shown
