@@ -239,8 +239,25 @@ void DesktopTest::Type(const std::string& selector, const std::string& text, con
     RunUntil([&] { return Script(element + ".value") == text; }, "the text in " + selector);
 }
 
+void DesktopTest::WaitUntilDrawn()
+{
+    // A page that has just finished is not on the screen yet, and what the mouse does there is lost. The
+    // page itself waits: asking it again and again would keep it from drawing.
+    const auto isDrawn = std::make_shared<bool>(false);
+    webkit_web_view_call_async_javascript_function(
+        Engine().View(), "return new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done)));", -1,
+        nullptr, nullptr, nullptr, nullptr,
+        [](GObject*, GAsyncResult*, gpointer data) {
+            const std::unique_ptr<std::shared_ptr<bool>> drawn(static_cast<std::shared_ptr<bool>*>(data));
+            **drawn = true;
+        },
+        new std::shared_ptr<bool>(isDrawn));
+    RunUntil([&] { return *isDrawn; }, "the page on the screen");
+}
+
 void DesktopTest::Click(const std::string& selector)
 {
+    WaitUntilDrawn();
     const std::string box = "document.querySelector('" + selector + "').getBoundingClientRect()";
     const double x = std::stod(Script(box + ".x + 8"));
     const double y = std::stod(Script(box + ".y + 8"));
@@ -257,9 +274,14 @@ void DesktopTest::Click(const std::string& selector)
 
 void DesktopTest::Key(const std::string& key)
 {
-    Engine();
-    gtk_widget_grab_focus(Engine().Widget());
-    Robot("windowfocus --sync " + std::to_string(XidOf(MainWindow())) + " key " + key);
+    WaitUntilDrawn();
+    // The view may give the focus to the whole page when it gets the window's.
+    Script("window.focused = document.activeElement; 1");
+    gtk_widget_grab_focus(GTK_WIDGET(Engine().View()));
+    Robot("windowfocus --sync " + std::to_string(XidOf(MainWindow())));
+    RunUntil([&] { return Script("document.hasFocus()") == "true"; }, "the focus in the page");
+    Script("window.focused.focus(); 1");
+    Robot("key " + key);
 }
 
 bool DesktopTest::WaitForDocument(const std::string& url)

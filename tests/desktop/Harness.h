@@ -91,6 +91,7 @@ protected:
     void Type(const std::string& selector, const std::string& text, const std::string& document = "document");
     /// Presses the real mouse button over an element, or the real key while an element has the focus.
     void Click(const std::string& selector);
+    void WaitUntilDrawn();
     void Key(const std::string& key);
     /// Addresses of all documents that have completed in this program.
     const std::vector<std::string>& Completed() const { return completed_; }

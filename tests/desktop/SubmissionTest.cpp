@@ -21,16 +21,17 @@ protected:
     }
 
     /// Shows a page and lets `submit` send its form; the bytes announced must be those that arrived.
-    void ExpectSameBytes(const std::string& page, const std::string& type, const std::function<void()>& submit,
-                         const std::string& expected)
+    void ExpectSameBytes(const std::string& how, const std::string& page, const std::string& type,
+                         const std::function<void()>& submit, const std::string& expected)
     {
-        SCOPED_TRACE(page);
+        SCOPED_TRACE(how + ", " + type);
         server_.Page("/form.html", page, type);
         server_.ForgetRequests();
         posted_.clear();
         Go(server_.Url("/form.html"));
         submit();
         if (!RunUntil([&] { return server_.RequestsTo("/to.cgi").size() == 1; }, "the submission")) return;
+        RunUntil([&] { return Completed().back() == server_.Url("/to.cgi"); }, "the answer");
         EXPECT_EQ(server_.RequestsTo("/to.cgi")[0].Body, expected);
         EXPECT_EQ(posted_, expected);
     }
@@ -54,17 +55,19 @@ TEST_F(Submission, PostDataIsWhatTheServerReceives)
     const std::string priceWestern = "%805+%26%238594%3B+%26%2320013%3B";
 
     ExpectSameBytes(
-        fields, utf8, [&] { Click("[name=go]"); }, start + priceUtf8 + end + "&go=Send");
+        "a click", fields, utf8, [&] { Click("[name=go]"); }, start + priceUtf8 + end + "&go=Send");
     ExpectSameBytes(
-        fields, western, [&] { Click("[name=go]"); }, start + priceWestern + end + "&go=Send");
+        "a click", fields, western, [&] { Click("[name=go]"); }, start + priceWestern + end + "&go=Send");
     ExpectSameBytes(
-        fields, utf8, [&] { Script("document.forms[0].submit()"); }, start + priceUtf8 + end);
+        "form.submit()", fields, utf8, [&] { Script("document.forms[0].submit()"); }, start + priceUtf8 + end);
     ExpectSameBytes(
-        fields, utf8, [&] { Script("document.forms[0].requestSubmit()"); }, start + priceUtf8 + end);
+        "form.requestSubmit()", fields, utf8, [&] { Script("document.forms[0].requestSubmit()"); },
+        start + priceUtf8 + end);
     ExpectSameBytes(
-        fields, western,
+        "Enter", fields, western,
         [&] {
-            Script("document.querySelector('input').focus(); 1");
+            const std::string focus = "document.querySelector('input').focus(); document.activeElement.name";
+            RunUntil([&] { return Script(focus) == "na me"; }, "the focus in the field");
             Key("Return");
         },
         start + priceWestern + end + "&go=Send");
