@@ -20,6 +20,7 @@ public:
         asked = Clock::now();
         return buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;
     }
+    void Tell(const std::string&) override {}
     void ShowModal(velmora::Window&) override {}
     void DoEvents() override { desktop_.DoEvents(); }
     Twips ScreenWidth() override { return desktop_.ScreenWidth(); }

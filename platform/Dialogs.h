@@ -26,6 +26,10 @@ public:
     virtual Answer MsgBox(const std::string& text, Buttons buttons = Buttons::Ok, Icon icon = Icon::None,
                           const std::string& title = {}) = 0;
 
+    /// Shows a line in the main window that holds nothing up; the user can take it away. The text is
+    /// plain text. The same text is not shown twice while it stands.
+    virtual void Tell(const std::string& text) = 0;
+
     /// Makes the dialog visible, modal to the main window, and waits until it is hidden.
     virtual void ShowModal(Window& dialog) = 0;
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <clocale>
 #include <stdexcept>
+#include <utility>
 
 #include <gdkmm/display.h>
 #include <gdkmm/monitor.h>
@@ -82,6 +83,15 @@ Answer Desktop::AskInBox(const std::string& text, Buttons buttons, Icon icon, co
     return answer;
 }
 
+void Desktop::Tell(const std::string& text)
+{
+    if (showLine_) {
+        showLine_(text);
+    } else {
+        untold_.push_back(text);
+    }
+}
+
 void Desktop::ShowModal(velmora::Window& dialog)
 {
     if (hasEnded_) return;
@@ -126,10 +136,15 @@ void Desktop::EndProgram()
     loop_->quit();
 }
 
-void Desktop::SetMainWindow(Gtk::Window* window)
+void Desktop::SetMainWindow(Gtk::Window* window, std::function<void(const std::string&)> showLine)
 {
     mainWindow_ = window;
+    showLine_ = std::move(showLine);
     if (!window) CloseAll();
+    const auto waiting = std::exchange(untold_, {});
+    for (const std::string& text : waiting) {
+        if (showLine_) showLine_(text);
+    }
 }
 
 Gtk::Window* Desktop::Foremost() const

@@ -1,6 +1,8 @@
 // The desktop that the program runs on: its main loop, message boxes, modal dialogs, the screen.
 #pragma once
 
+#include <functional>
+#include <string>
 #include <vector>
 
 #include <gtkmm/window.h>
@@ -22,6 +24,8 @@ public:
     /// Handlers that wait for the user are held in a main loop of their own. Once the program has
     /// ended, a box gives its safe answer at once and a dialog is hidden again.
     Answer MsgBox(const std::string& text, Buttons buttons, Icon icon, const std::string& title) override;
+    /// Without a main window the text waits for one.
+    void Tell(const std::string& text) override;
     /// Does nothing for a dialog that is open already, but brings it to the front.
     void ShowModal(velmora::Window& dialog) override;
     void DoEvents() override;
@@ -29,9 +33,9 @@ public:
     Twips ScreenHeight() override;
     void EndProgram() override;
 
-    /// The window that boxes and dialogs belong to. Null when it goes: what is open then is closed,
-    /// boxes with their safe answer.
-    void SetMainWindow(Gtk::Window* window);
+    /// The window that boxes and dialogs belong to, and what shows a line in it. Null when it goes: what
+    /// is open then is closed, boxes with their safe answer.
+    void SetMainWindow(Gtk::Window* window, std::function<void(const std::string&)> showLine = {});
     bool IsDialogOpen() const { return !open_.empty(); }
 
 private:
@@ -52,6 +56,8 @@ private:
 
     Glib::RefPtr<Glib::MainLoop> loop_;
     Gtk::Window* mainWindow_ = nullptr;
+    std::function<void(const std::string&)> showLine_;
+    std::vector<std::string> untold_;  ///< Lines that wait for a main window.
     std::vector<OpenWindow> open_;
     bool hasEnded_ = false;
 };

@@ -23,6 +23,10 @@ MainWindowView::MainWindowView(velmora::Window& window, Desktop& desktop,
     auto* menuBar = Gtk::make_managed<Clip>(menu_.Bar(), true);
     menuBar->set_visible(!window.Menu.empty());
     content->append(*menuBar);
+    content->append(notices_);
+    notices_.Emptied = [this] {
+        if (lastFocus_ && HoldsFocus(notices_)) context_.MoveFocus(*lastFocus_);
+    };
     content->append(*area);
     surface_.insert_action_group("menu", menu_.Actions());
     surface_.add_css_class("velmora");
@@ -40,7 +44,7 @@ MainWindowView::MainWindowView(velmora::Window& window, Desktop& desktop,
     menu_.Chosen = [this] { LeaveMenu(); };
     surface_.property_focus_widget().signal_changed().connect([this] { NoteFocus(); });
     surface_.signal_realize().connect([this] { WatchMinimised(); });
-    desktop_.SetMainWindow(&surface_);
+    desktop_.SetMainWindow(&surface_, [this](const std::string& text) { notices_.Add(text); });
 }
 
 MainWindowView::~MainWindowView()

@@ -9,6 +9,7 @@
 #include "platform/Browser.h"
 #include "platform/desktop/Desktop.h"
 #include "platform/desktop/MenuView.h"
+#include "platform/desktop/NoticeBar.h"
 #include "platform/desktop/ViewContext.h"
 
 namespace velmora {
@@ -39,6 +40,7 @@ private:
     Desktop& desktop_;
     ViewContext context_;
     MenuView menu_;
+    NoticeBar notices_;
     Gtk::Window surface_;
     Subscription caption_;
     Gtk::Widget* lastFocus_ = nullptr;  ///< What takes that control's focus; null before the first.

@@ -31,6 +31,7 @@ public:
     {
         return TheDesktop().MsgBox(text, buttons, icon, title);
     }
+    void Tell(const std::string& text) override { TheDesktop().Tell(text); }
     void ShowModal(velmora::Window& dialog) override { TheDesktop().ShowModal(dialog); }
     void DoEvents() override { TheDesktop().DoEvents(); }
     Twips ScreenWidth() override { return TheDesktop().ScreenWidth(); }

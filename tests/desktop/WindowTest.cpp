@@ -279,6 +279,16 @@ TEST_F(MainWindowOnScreen, BadTextsArePlainTextOnOneLine)
     Expect({.text = "Are you sure to delete this permanent record session?", .button = "No"});
     Press("cmdDelete");
     EXPECT_EQ(Asked().back().substr(0, 12), "<b>a & b</b>");
+
+    const std::string browser = PlaceText("wbMyBrowser");
+    for (const std::string& text : {bad, std::string("next"), bad}) dialogs_.Tell(text);
+    EXPECT_EQ(dynamic_cast<Gtk::Label&>(Widget("lblNotice")).get_text().raw(), shown);
+    RunUntil([&] { return PlaceText("wbMyBrowser") != browser; }, "the room for the line");
+    EXPECT_EQ(MainWindow().get_width(), 870);
+    Press("cmdNoticeClose");
+    EXPECT_EQ(dynamic_cast<Gtk::Label&>(Widget("lblNotice")).get_text().raw(), "next");
+    Press("cmdNoticeClose");
+    RunUntil([&] { return PlaceText("wbMyBrowser") == browser; }, "the line to go");
 }
 
 }  // namespace

@@ -13,6 +13,7 @@ namespace velmora::test {
 class MemoryDialogs : public Dialogs {
 public:
     Answer MsgBox(const std::string& text, Buttons buttons, Icon icon, const std::string& title) override;
+    void Tell(const std::string& text) override { Shown.push_back("tell: " + text); }
     void ShowModal(Window& dialog) override;
     void DoEvents() override;
     Twips ScreenWidth() override { return 15360; }
@@ -27,7 +28,8 @@ public:
     std::deque<std::function<void(Window&)>> Visits;
     std::function<void()> PendingEvents;  ///< What DoEvents lets in.
 
-    /// What was shown, in order: "[title] text (YesNo)", "[title] text (!)" with an icon, "dialog caption".
+    /// What was shown, in order: "[title] text (YesNo)", "[title] text (!)" with an icon, "dialog caption",
+    /// "tell: text".
     std::vector<std::string> Shown;
     int Unanswered = 0;  ///< Questions that got the safe answer.
     int EventRounds = 0;
