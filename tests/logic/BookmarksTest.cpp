@@ -11,8 +11,7 @@ protected:
     /// The user names the bookmark, or cancels where there is no name.
     void Bookmark(const std::optional<std::string>& name)
     {
-        dialogs.Visits.push_back([name](Window& window) {
-            auto& dialog = dynamic_cast<frmBookmark&>(window);
+        InDialog<frmBookmark>([name](frmBookmark& dialog) {
             EXPECT_FALSE(dialog.txtUrl.Enabled() || dialog.txtAction.Enabled());
             if (name) dialog.txtSession.Text = *name;
             Press(name ? dialog.cmdOK : dialog.cmdCancel);
@@ -76,8 +75,7 @@ class HomePage : public LogicHarness {
 protected:
     void SetHome(const std::string& home, bool save)
     {
-        dialogs.Visits.push_back([home, save](Window& window) {
-            auto& dialog = dynamic_cast<frmHome&>(window);
+        InDialog<frmHome>([home, save](frmHome& dialog) {
             dialog.txtHome.Text = home;
             Press(save ? dialog.cmdOK : dialog.cmdCancel);
         });

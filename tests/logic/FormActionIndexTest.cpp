@@ -40,12 +40,11 @@ class FormActionIndex : public LogicHarness {
 protected:
     FormActionIndex()
     {
-        site["http://h/one"] = {.forms = {{.action = "A.cgi"}, {}, {.action = "/b/c.cgi", .id = "x"}}};
-        site["http://h/two"] = {.forms = {{.action = "two.cgi"}}};
-        site["http://h/none"] = {};
+        site["http://h/one"] = {.forms = {{"A.cgi"}, {""}, {"/b/c.cgi"}}};
+        site["http://h/two"] = {.forms = {{"two.cgi"}}};
         site["http://h/frames"] = {
-            .forms = {{.action = "own.cgi"}},
-            .frames = {{.forms = {{.action = "left.cgi"}}, .address = "http://h/left"}, {.refuses = true}}};
+            .forms = {{"own.cgi"}},
+            .frames = {{.forms = {{"left.cgi"}}, .address = "http://h/left"}, {.refuses = true}}};
     }
 
     /// "page: action" of every live entry.
@@ -85,21 +84,15 @@ TEST_F(FormActionIndex, AFrameSetLeavesTheMarkerAlone)
 
 TEST_F(FormActionIndex, AFailureKeepsTheEntriesMadeSoFar)
 {
-    class CutOff : public MemoryDocument {
-    public:
-        using MemoryDocument::MemoryDocument;
-        std::string InnerHtml() override { return "<form action=whole.cgi ><form action=cut.cgi"; }
-    };
-    Go("http://h/none");
-    const auto collect = [&](const std::shared_ptr<MemoryDocument>& document) {
-        MemoryFrame frame(document);
+    Go("http://h/two");
+    const auto collect = [&](const CannedPage& page) {
+        CannedFrame frame(page, Engine().Log);
         Program().CollectFormActions(frame, "http://h/cut", Program().glngNoOfFormAction, Program().gstrFormActionPage,
                                      Program().gstrFormAction);
     };
-    collect(std::make_shared<CutOff>(PageSketch{}));
-    EXPECT_EQ(Index(), Lines{"http://h/cut: whole.cgi"});
-    collect(std::make_shared<MemoryDocument>(PageSketch{.refuses = true}));
-    EXPECT_EQ(Index(), Lines{"http://h/cut: whole.cgi"});
+    collect({.html = "<form action=whole.cgi ><form action=cut.cgi"});
+    collect({.refuses = true});
+    EXPECT_EQ(Index(), (Lines{"http://h/two: two.cgi", "http://h/cut: whole.cgi"}));
 }
 
 }  // namespace velmora::test

@@ -3,30 +3,26 @@
 
 namespace velmora::test {
 
-class Popups : public LogicHarness {
-protected:
+class Services : public LogicHarness {};
+
+TEST_F(Services, PopupsAreAskedAboutUntilTheyAreBlocked)
+{
     /// A page asks for a window; whether it was refused, and what panel 2 says.
-    std::string Ask()
-    {
+    const auto ask = [&] {
         bool cancel = false;
         Program().wbMyBrowser.NewWindow2.Raise(cancel);
         return (cancel ? "refused: " : "let through: ") + Program().StatusBar1.Panels(2).Text();
-    }
-};
-
-TEST_F(Popups, AreAskedAboutUntilTheyAreBlocked)
-{
-    EXPECT_EQ(Program().StatusBar1.Panels(2).Text(), "");
-    dialogs.Answers = {Answer::Yes, Answer::Yes, Answer::No};
-    EXPECT_EQ(Ask(), "refused: 1 Pop-up is blocked");
-    EXPECT_EQ(Ask(), "refused: 2 Pop-up is blocked");
-    EXPECT_EQ(Ask(), "let through: Pop-up is not blocked");
+    };
+    dialogs.Answers = {Answer::Yes, Answer::No, Answer::Yes};
+    EXPECT_EQ(ask(), "refused: 1 Pop-up is blocked");
+    EXPECT_EQ(ask(), "let through: Pop-up is not blocked");
+    EXPECT_EQ(ask(), "refused: 2 Pop-up is blocked");
     EXPECT_EQ(Shown(), Lines(3, "Pop-up window is required, do you want to block pop-up? (YesNo)"));
-    SwitchOn(Program().mnuBlock);
-    EXPECT_EQ(Ask(), "refused: 3 Pop-up is blocked");
-    SwitchOff(Program().mnuBlock);
+    Switch(Program().mnuBlock, true);
+    EXPECT_EQ(ask(), "refused: 3 Pop-up is blocked");
+    Switch(Program().mnuBlock, false);
     dialogs.Answers = {Answer::Yes};
-    EXPECT_EQ(Ask(), "refused: 4 Pop-up is blocked");
+    EXPECT_EQ(ask(), "refused: 4 Pop-up is blocked");
 }
 
 class ProxySetting : public LogicHarness {
@@ -35,12 +31,11 @@ protected:
     /// The user fills in the dialog and presses OK or Cancel.
     void Set(const std::string& ip, const std::string& port, bool use, bool ok = true)
     {
-        dialogs.Visits.push_back([=, this](Window& window) {
-            EXPECT_EQ(&window, &Dialog());
-            Dialog().txtIP.Text = ip;
-            Dialog().txtPort.Text = port;
-            Dialog().chkUseProxy.Value = use ? 1 : 0;
-            Press(ok ? Dialog().cmdOK : Dialog().cmdCancel);
+        InDialog<frmProxy>([=](frmProxy& dialog) {
+            dialog.txtIP.Text = ip;
+            dialog.txtPort.Text = port;
+            dialog.chkUseProxy.Value = use ? 1 : 0;
+            Press(ok ? dialog.cmdOK : dialog.cmdCancel);
         });
         Pick(Program().mnuProxy);
     }

@@ -107,7 +107,6 @@ TEST_F(PermanentStore, StartReadsWhatItCan)
     ASSERT_NE(List().SelectedItem(), nullptr);
     EXPECT_EQ(Program().txtUrl.Text(), "http://home/");
     EXPECT_EQ(dialogs.EventRounds, 8) << "pending events run once for every file, skipped ones too";
-    EXPECT_EQ(Program().lngSessionId + Program().lngBookmarkId, 0);
 }
 
 TEST_F(PermanentStore, MovingARecordWritesItsFileAndTakesItFromTheTemporaryOnes)

@@ -11,7 +11,8 @@ protected:
         if (Program().mnuManualClick.Checked()) mode += "Manual";
         if (Program().mnuAutoClick.Checked()) mode += "Auto";
         if (Program().mnuNoFill.Checked()) mode += "None";
-        return mode + ", " + Program().cmdAutoClick.Caption();
+        const std::string& caption = Program().cmdAutoClick.Caption();
+        return mode + ", " + caption.substr(std::string("Auto Click is ").size());
     }
     void Resize(Twips width, Twips height)
     {
@@ -27,9 +28,31 @@ TEST_F(Shell, StartsOnTheHomePageWithThePanelHidden)
     EXPECT_EQ(Program().cmdHideRecord.Caption(), "Show Record");
     EXPECT_FALSE(Program().SSTab1.Visible() || Program().cmdEdit.Visible());
     EXPECT_FALSE(Program().cmdSave.Enabled());
-    EXPECT_TRUE(Program().gbRecordArmed);
-    EXPECT_EQ(Program().gstrCurMode, "Playback");
-    EXPECT_EQ(Program().ListView1.ColumnHeaders().size(), 7u);
+    for (const ListView* list : {&Program().lvwPermanent, &Program().ListView1}) {
+        std::string columns;
+        for (const auto& column : list->ColumnHeaders()) columns += column.Caption + "|";
+        EXPECT_EQ(columns,
+                  "Record Name|Record Type|Destination Address|Form Action / Originating Address|Post Data|Header|"
+                  "Target Frame|");
+    }
+}
+
+TEST_F(Shell, TheMenuHoldsWhatItSays)
+{
+    const auto list = [](auto&& self, const std::vector<MenuItem*>& items) -> std::string {
+        std::string text;
+        for (const MenuItem* item : items) {
+            text += item->Caption + (item->Checked() ? "*" : "");
+            text += item->Children.empty() ? ", " : ": " + self(self, item->Children) + "\n";
+        }
+        return text;
+    };
+    EXPECT_EQ(list(list, Program().Menu),
+              "File: Proxy, Default Home Page, -, Exit, \n"
+              "View: Hide Permanent/Temporary Record*, Auto Hide Permanent/Temporary Record*, \n"
+              "Playback: Prompt User before Auto Fill-in Form*, -, Auto Fill-in Form (with Manual Click), "
+              "Auto Fill-in Form (with Auto Click)*, No auto Fill-in Form, \n"
+              "Record: Auto Record, \nPopup: Block pop-up window, \nHelp: Go to Website, About, \n");
 }
 
 TEST_F(Shell, EventsInTheMiddleOfStartUpAreSafe)
@@ -37,7 +60,6 @@ TEST_F(Shell, EventsInTheMiddleOfStartUpAreSafe)
     Keep({"Form", "a", "about:blank", "x", "a=1", "", ""});
     Restart();
     EXPECT_EQ(Shown(), Lines{}) << "a record of the blank page is not played before the first Go";
-    EXPECT_EQ(Engine().Visited, (Lines{"about:blank", "velmora://guide/"}));
 }
 
 TEST_F(Shell, SwitchesFlipMarkAndCaption)
@@ -46,47 +68,42 @@ TEST_F(Shell, SwitchesFlipMarkAndCaption)
     const struct {
         MenuItem& item;
         CommandButton& button;
+        bool atStart;
         std::string on;
         std::string off;
     } table[] = {
-        {p.mnuAutoRecord, p.cmdRecord, "Auto Record On", "Auto Record Off"},
-        {p.mnuPromptFill, p.cmdPrompt, "Prompt User is On", "Prompt User is Off"},
-        {p.mnuAutoHide, p.cmdAutoHide, "Auto Hide is On", "Auto Hide is Off"},
-        {p.mnuHideRecord, p.cmdHideRecord, "Show Record", "Hide Record"},
+        {p.mnuAutoRecord, p.cmdRecord, false, "Auto Record On", "Auto Record Off"},
+        {p.mnuPromptFill, p.cmdPrompt, true, "Prompt User is On", "Prompt User is Off"},
+        {p.mnuAutoHide, p.cmdAutoHide, true, "Auto Hide is On", "Auto Hide is Off"},
+        {p.mnuHideRecord, p.cmdHideRecord, true, "Show Record", "Hide Record"},
     };
-    for (const auto& [item, button, on, off] : table) {
-        const bool before = item.Checked();
-        EXPECT_EQ(button.Caption(), before ? on : off);
+    for (const auto& [item, button, atStart, on, off] : table) {
+        EXPECT_EQ(button.Caption(), atStart ? on : off);
         Press(button);
-        EXPECT_EQ(item.Checked(), !before) << item.Name;
-        EXPECT_EQ(button.Caption(), before ? off : on);
+        EXPECT_EQ(item.Checked(), !atStart) << item.Name;
+        EXPECT_EQ(button.Caption(), atStart ? off : on);
         Pick(item);
-        EXPECT_EQ(item.Checked(), before) << item.Name;
-        EXPECT_EQ(button.Caption(), before ? on : off);
+        EXPECT_EQ(item.Checked(), atStart) << item.Name;
+        EXPECT_EQ(button.Caption(), atStart ? on : off);
     }
 }
 
 TEST_F(Shell, FillModeMovesOnFromState)
 {
-    const std::string automatic = "Auto, Auto Click is On";
-    const std::string manual = "Manual, Auto Click is Off";
-    const std::string none = "None, Auto Click is Off";
-    EXPECT_EQ(FillMode(), automatic);
-    const struct {
-        MenuItem& item;
-        std::string after;
-    } table[] = {
-        {Program().mnuAutoClick, manual},      {Program().mnuAutoClick, automatic}, {Program().mnuManualClick, manual},
-        {Program().mnuManualClick, automatic}, {Program().mnuNoFill, none},         {Program().mnuAutoClick, automatic},
-        {Program().mnuNoFill, none},           {Program().mnuManualClick, manual},  {Program().mnuNoFill, none},
-        {Program().mnuNoFill, manual},
+    auto& p = Program();
+    // The marks and the button's words after each click.
+    const std::pair<MenuItem&, std::string> table[] = {
+        {p.mnuAutoClick, "Manual, Off"}, {p.mnuAutoClick, "Auto, On"},      {p.mnuManualClick, "Manual, Off"},
+        {p.mnuManualClick, "Auto, On"},  {p.mnuNoFill, "None, Off"},        {p.mnuAutoClick, "Auto, On"},
+        {p.mnuNoFill, "None, Off"},      {p.mnuManualClick, "Manual, Off"}, {p.mnuNoFill, "None, Off"},
+        {p.mnuNoFill, "Manual, Off"},
     };
     for (const auto& [item, after] : table) {
         Pick(item);
         EXPECT_EQ(FillMode(), after) << item.Name;
     }
-    Press(Program().cmdAutoClick);
-    EXPECT_EQ(FillMode(), automatic);
+    Press(p.cmdAutoClick);
+    EXPECT_EQ(FillMode(), "Auto, On");
 }
 
 TEST_F(Shell, LayoutFollowsTheWindow)
@@ -95,6 +112,7 @@ TEST_F(Shell, LayoutFollowsTheWindow)
     const float hiddenHeight = p.wbMyBrowser.Height();
     OpenRecords(0);
     EXPECT_EQ(hiddenHeight - p.wbMyBrowser.Height(), 3194);
+    p.StatusBar1.Panels(2).Width = 1;
     Resize(13050, 9930);
     const auto place = [](const Control& c) { return std::vector<float>{c.Left(), c.Top(), c.Width(), c.Height()}; };
     EXPECT_EQ(place(p.txtUrl), (std::vector<float>{840, 720, 12035, 375}));
@@ -145,17 +163,18 @@ TEST_F(Shell, ALayoutPassBringsTheFocusToTheAddress)
 TEST_F(Shell, AutoHideHidesAndNeverShows)
 {
     auto& p = Program();
-    for (auto* button : {&p.cmdBack, &p.cmdPlayback}) {
+    p.txtUrl.Text = "http://go/";
+    Engine().Visited.clear();
+    for (const auto* click : {&p.cmdBack.Click, &p.cmdPlayback.Click, &p.mnuWebsite.Click}) {
         OpenRecords(0);
-        Press(*button);
-        EXPECT_TRUE(p.mnuHideRecord.Checked()) << button->Name;
-        Press(*button);
-        EXPECT_TRUE(p.mnuHideRecord.Checked()) << button->Name;
+        click->Raise();
+        EXPECT_TRUE(p.mnuHideRecord.Checked());
+        click->Raise();
+        EXPECT_TRUE(p.mnuHideRecord.Checked());
     }
-    OpenRecords(0);
-    Pick(p.mnuWebsite);
-    EXPECT_TRUE(p.mnuHideRecord.Checked());
-    SwitchOff(p.mnuAutoHide);
+    EXPECT_EQ(Engine().Visited,
+              (Lines{"back", "back", "http://go/", "http://go/", "velmora://guide/", "velmora://guide/"}));
+    Switch(p.mnuAutoHide, false);
     OpenRecords(0);
     Press(p.cmdPlayback);
     EXPECT_FALSE(p.mnuHideRecord.Checked());
@@ -165,8 +184,7 @@ TEST_F(Shell, TickerRunsWhileAPageLoads)
 {
     auto& p = Program();
     EXPECT_FALSE(p.Timer1.Enabled());
-    BeforeNavigate2Event event{p.wbMyBrowser, "http://h/", 0, "", "", ""};
-    p.wbMyBrowser.BeforeNavigate2.Raise(event);
+    Send("http://h/");
     EXPECT_TRUE(p.Timer1.Enabled());
     EXPECT_EQ(p.Timer1.Interval(), 1000);
     EXPECT_FALSE(p.cmdBookmark.Enabled());
@@ -189,14 +207,7 @@ TEST_F(Shell, TickerRunsWhileAPageLoads)
     }
 }
 
-TEST_F(Shell, HelpHasTheAboutBox)
-{
-    dialogs.Visits = {[](Window& about) { EXPECT_EQ(about.ScaleWidth(), 5640); }};
-    Pick(Program().mnuAbout);
-    EXPECT_EQ(Shown(), Lines{"dialog About Velmora"});
-}
-
-TEST_F(Shell, BackFollowsTheHistory)
+TEST_F(Shell, BackFollowsTheHistoryAndHelpHasAnAboutBox)
 {
     auto& p = Program();
     EXPECT_TRUE(p.cmdBack.Enabled());
@@ -204,6 +215,8 @@ TEST_F(Shell, BackFollowsTheHistory)
     EXPECT_TRUE(p.cmdBack.Enabled());
     p.wbMyBrowser.CommandStateChange.Raise(2, false);
     EXPECT_FALSE(p.cmdBack.Enabled());
+    Pick(p.mnuAbout);
+    EXPECT_EQ(Shown(), Lines{"dialog About Velmora"});
 }
 
 }  // namespace velmora::test

@@ -11,55 +11,48 @@ protected:
     SubmissionCapture()
     {
         site["http://shop/login.html"] = {
-            .forms = {{"/Bin/Login.asp", {Text("user"), Password("pass"), Submit("go", "Log in")}}}};
-        site["http://shop/search.html"] = {
-            .forms = {{.action = "find.cgi", .controls = {Text("q"), Submit()}, .method = "get"}}};
-        site["http://shop/again.html"] = {.forms = {{.action = "login.asp", .controls = {Text("user"), Submit("go")}}}};
-        site["http://shop/frames.html"] = {
-            .frames = {{.forms = {{.action = "Left.cgi", .controls = {Text("a"), Submit("s")}}},
-                        .address = "http://shop/left.html"}}};
-        SwitchOn(Program().mnuAutoRecord);
+            .forms = {{"/Bin/Login.asp", {Text("user", "Anna B"), {"password", "pass", "s+c&t"}, Submit("go")}}}};
+        site["http://shop/again.html"] = {.forms = {{"login.asp", {Text("user", "anna"), Submit("go")}}}};
+        site["http://shop/frames.html"] = {.frames = {{.forms = {{"Left.cgi", {Text("a", "new"), Submit("s")}}}}}};
+        Switch(Program().mnuAutoRecord, true);
     }
 
     Lines Temporary() { return Rows(Program().ListView1); }
-
-    /// A navigation that the page did not start, announced only.
-    void Announce(const std::string& url, const std::string& body = {}, const std::string& headers = {},
-                  const std::string& frame = {})
-    {
-        BeforeNavigate2Event event{Program().wbMyBrowser, url, 0, frame, body, headers};
-        Program().wbMyBrowser.BeforeNavigate2.Raise(event);
-        EXPECT_FALSE(event.Cancel);
-    }
 };
 
 TEST_F(SubmissionCapture, APostBecomesATemporaryRecord)
 {
     Go("http://shop/login.html");
-    Page().Enter("user", "Anna B");
-    Page().Enter("pass", "s+c&t");
     dialogs.Answers = {Answer::No};
-    SubmitForm("go");
+    Send("http://shop/bin/login.asp", "user=Anna+B&pass=s%2Bc&go=Log+in", "Content-Type: x\r\n");
     EXPECT_EQ(Shown(), Lines{kViewNow});
     EXPECT_EQ(Temporary(), Lines{"Session1 | Form | http://shop/login.html | http://shop/bin/login.asp | "
-                                 "user=Anna+B&pass=s%2Bc%26t&go=Log+in | "
-                                 "Content-Type: application/x-www-form-urlencoded\r\n"});
+                                 "user=Anna+B&pass=s%2Bc%26t&go=Log+in | Content-Type: x\r\n"})
+        << "what the user sees in the page goes before what was sent";
     EXPECT_EQ(Program().ListView1.Item(1).Key(), "K1");
+    EXPECT_EQ(Program().ListView1.Item(1).SubItem("Postdata"), "user=Anna+B&pass=s%2Bc%26t&go=Log+in");
     EXPECT_EQ(Program().ListView1.SelectedItem(), nullptr);
     EXPECT_EQ(Program().glngCurTab, 0);
     EXPECT_EQ(Program().glngNoOfFormAction, 0);
     EXPECT_EQ(Journal(), Lines{}) << "a capture reads the page and touches nothing";
+
+    OpenRecords(1, 1);
+    Press(Program().cmdDelete);
+    Go("http://shop/login.html");
+    dialogs.Answers = {Answer::No};
+    Send("http://shop/bin/login.asp", "user=x");
+    EXPECT_EQ(Program().ListView1.Item(1).Key() + Program().ListView1.Item(1).Text(), "K2Session2");
 }
 
 TEST_F(SubmissionCapture, OnlyWhileSwitchedOnAndArmed)
 {
     Go("http://shop/login.html");
-    SwitchOff(Program().mnuAutoRecord);
-    Announce("http://shop/bin/login.asp", "user=x");
+    Switch(Program().mnuAutoRecord, false);
+    Send("http://shop/bin/login.asp", "user=x");
     EXPECT_EQ(Status(), "Going to http://shop/bin/login.asp...");
-    SwitchOn(Program().mnuAutoRecord);
+    Switch(Program().mnuAutoRecord, true);
     Program().gbRecordArmed = false;
-    Announce("http://shop/bin/login.asp", "user=x");
+    Send("http://shop/bin/login.asp", "user=x");
     EXPECT_EQ(Temporary(), Lines{});
     EXPECT_EQ(Program().glngNoOfFormAction, 1) << "the index is kept";
 }
@@ -67,14 +60,14 @@ TEST_F(SubmissionCapture, OnlyWhileSwitchedOnAndArmed)
 TEST_F(SubmissionCapture, WhatIsNoSubmissionIsPassedOver)
 {
     Go("http://shop/login.html");
-    Announce("http://shop/bin/login.asp");
-    Announce("http://shop/bin/other.asp", "user=x");
-    Announce("http://shop/bin/other.asp?login.asp");
-    Announce("?login.asp");
+    Send("http://shop/bin/login.asp");
+    Send("http://shop/bin/other.asp", "user=x");
+    Send("http://shop/bin/other.asp?login.asp");
+    Send("?login.asp");
     EXPECT_EQ(Temporary(), Lines{});
     EXPECT_EQ(Program().glngNoOfFormAction, 1);
     Program().glngNoOfFormAction = 0;
-    Announce("http://shop/bin/login.asp", "user=x");
+    Send("http://shop/bin/login.asp", "user=x");
     EXPECT_EQ(Temporary(), Lines{});
 }
 
@@ -82,9 +75,9 @@ TEST_F(SubmissionCapture, QueriesStayWhereTheyWere)
 {
     Go("http://shop/login.html");
     dialogs.Answers = {Answer::No, Answer::No};
-    Announce("http://else/login.asp?Next=A", "x=1", "H: v\r\n", "main");
+    Send("http://else/login.asp?Next=A", "x=1", "H: v\r\n", "main");
     Follow("http://shop/login.html");
-    Announce("http://else/LOGIN.asp?B=%zz&?c#d");
+    Send("http://else/LOGIN.asp?B=%zz&?c#d");
     EXPECT_EQ(Temporary(), (Lines{"Session1 | Form | http://shop/login.html | http://else/login.asp?next=a | x=1 | "
                                   "H: v\r\n | main",
                                   "Session2 | Form | http://shop/login.html | http://else/login.asp | B=%zz&?c#d"}));
@@ -94,34 +87,34 @@ TEST_F(SubmissionCapture, TheOldestEntryWins)
 {
     Go("http://shop/login.html");
     Follow("http://shop/again.html");
-    Page().Enter("user", "anna");
     dialogs.Answers = {Answer::No};
-    SubmitForm("go");
-    EXPECT_EQ(Temporary(), Lines{"Session1 | Form | http://shop/login.html | http://shop/login.asp | "
-                                 "user=anna&go=Send | Content-Type: application/x-www-form-urlencoded\r\n"});
+    Send("http://shop/login.asp", "user=anna&go=Send");
+    EXPECT_EQ(Temporary(),
+              Lines{"Session1 | Form | http://shop/login.html | http://shop/login.asp | user=anna&go=Send"});
 }
 
 TEST_F(SubmissionCapture, AnActionThatIsTheWholeAddressKeepsItsCase)
 {
-    site["http://shop/whole.html"] = {.forms = {{.action = "http://Shop/Sub/Go.CGI", .controls = {Text("A")}}}};
+    site["http://shop/whole.html"] = {.forms = {{"http://Shop/Sub/Go.CGI", {Text("A", "1")}}}};
     Go("http://shop/whole.html");
     dialogs.Answers = {Answer::No};
-    SubmitForm();
-    EXPECT_EQ(Program().ListView1.Item(1).SubItem("Action"), "http://Shop/Sub/Go.CGI");
+    Send("http://shop/SUB/Go.CGI", "A=1");
+    EXPECT_EQ(Program().ListView1.Item(1).SubItem("Action"), "http://shop/SUB/Go.CGI");
 }
 
 TEST_F(SubmissionCapture, AfterAFrameSetAnyPostGoesThrough)
 {
     Go("http://shop/frames.html");
-    Announce("http://shop/anywhere.cgi?a=1");
+    Follow("http://shop/again.html");
+    Send("http://shop/anywhere.cgi?a=1");
     EXPECT_EQ(Temporary(), Lines{}) << "a query needs more than the marker";
-    Page().MemoryFrames[0]->document->Enter("a", "two words");
-    dialogs.Answers = {Answer::No};
-    Engine().Submit(0, "s", 0);
-    Engine().Deliver();
-    EXPECT_EQ(Temporary(), Lines{"Session1 | Form | http://shop/frames.html | http://shop/left.cgi | "
-                                 "a=two+words&s=Send | Content-Type: application/x-www-form-urlencoded\r\n"});
-    EXPECT_EQ(Program().glngNoOfFormAction, 0);
+    dialogs.Answers = {Answer::No, Answer::No};
+    Send("http://shop/Login.asp", "user=b");
+    Go("http://shop/frames.html");
+    Send("http://shop/Left.cgi", "a=old", {}, "main", Engine().Page->frames[0].get());
+    EXPECT_EQ(Temporary(),
+              (Lines{"Session1 | Form | http://shop/frames.html | http://shop/login.asp | user=anna",
+                     "Session2 | Form | http://shop/frames.html | http://shop/left.cgi | a=new |  | main"}));
 }
 
 TEST_F(SubmissionCapture, EveryByteOfABodyIsACharacterAndComesBackFromDisk)
@@ -130,7 +123,7 @@ TEST_F(SubmissionCapture, EveryByteOfABodyIsACharacterAndComesBackFromDisk)
     for (int code = 0; code < 256; ++code) body += static_cast<char>(code);
     Go("http://shop/login.html");
     dialogs.Answers = {Answer::No};
-    Announce("http://shop/login.asp", body);
+    Send("http://shop/login.asp", body);
     const std::string captured = Program().ListView1.Item(1).SubItem("Postdata");
     EXPECT_EQ(CharactersOf(captured).size(), body.size());
 
@@ -141,28 +134,23 @@ TEST_F(SubmissionCapture, EveryByteOfABodyIsACharacterAndComesBackFromDisk)
     EXPECT_EQ(Program().lvwPermanent.Item(1).SubItem("Postdata"), captured);
 }
 
-TEST_F(SubmissionCapture, YesOpensTheEditorWhileThePageStands)
+TEST_F(SubmissionCapture, YesOpensTheEditorBeforeTheNavigationGoesOn)
 {
     Go("http://shop/login.html");
-    Page().Enter("user", "anna");
     OpenRecords(0);
     dialogs.Answers = {Answer::Yes};
-    dialogs.Visits = {[&](Window& window) {
-        auto& editor = dynamic_cast<frmEdit&>(window);
-        EXPECT_EQ(Page().ControlNamed("user").value, "anna") << "the navigation waits";
-        EXPECT_EQ(editor.txtValue[0].Text(), "anna");
+    InDialog<frmEdit>([](frmEdit& editor) {
+        EXPECT_EQ(editor.txtValue[0].Text(), "Anna B");
         editor.txtSession.Text = "Shop";
         editor.txtValue[0].Text = "berta";
         Press(editor.cmdPermanentOK);
-    }};
-    SubmitForm("go");
+    });
+    Send("http://shop/bin/login.asp", "user=&pass=s%2Bc%26t");
     EXPECT_EQ(Shown(), (Lines{kViewNow, "dialog Edit Temporary Record Session"}));
     EXPECT_EQ(Program().SSTab1.Tab(), 1);
     EXPECT_EQ(Temporary(), Lines{});
     EXPECT_EQ(Rows(Program().lvwPermanent),
-              Lines{"Shop | Form | http://shop/login.html | http://shop/bin/login.asp | "
-                    "user=berta&pass=&go=Log%20in | Content-Type: application/x-www-form-urlencoded\r\n"});
-    EXPECT_EQ(Engine().Sent.back().postData, "user=anna&pass=&go=Log+in") << "the page's own form went out";
+              Lines{"Shop | Form | http://shop/login.html | http://shop/bin/login.asp | user=berta&pass=s%20c%26t"});
 }
 
 }  // namespace velmora::test

@@ -20,8 +20,7 @@ LogicHarness::~LogicHarness()
 void LogicHarness::Start()
 {
     program_ = std::make_unique<frmBrowser>(Platform{dialogs, files, proxy, proxyTable});
-    engine_ = std::make_unique<MemoryBrowser>(program_->wbMyBrowser);
-    engine_->Site = site;
+    engine_ = std::make_unique<CannedBrowser>(program_->wbMyBrowser, site);
     dialogs.PendingEvents = [this] { engine_->Deliver(); };
     program_->Form_Load();
     statusAtStart = Status();
@@ -44,21 +43,14 @@ void LogicHarness::Press(CommandButton& button)
     button.Click.Raise();
 }
 
-void LogicHarness::SwitchOn(MenuItem& item)
+void LogicHarness::Switch(MenuItem& item, bool on)
 {
-    if (!item.Checked()) Pick(item);
-    ASSERT_TRUE(item.Checked());
-}
-
-void LogicHarness::SwitchOff(MenuItem& item)
-{
-    if (item.Checked()) Pick(item);
-    ASSERT_FALSE(item.Checked());
+    if (item.Checked() != on) Pick(item);
+    ASSERT_EQ(item.Checked(), on) << item.Name;
 }
 
 void LogicHarness::Go(const std::string& url)
 {
-    Engine().Site = site;
     Program().txtUrl.Text = url;
     Press(Program().cmdPlayback);
     Engine().Deliver();
@@ -66,28 +58,30 @@ void LogicHarness::Go(const std::string& url)
 
 void LogicHarness::Follow(const std::string& url)
 {
-    Engine().Site = site;
-    Engine().Begin(MemoryBrowser::Navigation{.url = url});
+    Engine().Navigate(url);
     Engine().Deliver();
 }
 
-void LogicHarness::SubmitForm(const std::string& button, int form)
+void LogicHarness::Send(const std::string& url, const std::string& body, const std::string& headers,
+                        const std::string& target, BrowserObject* frame)
 {
-    Engine().Submit(form, button);
-    Engine().Deliver();
+    WebBrowser& browser = Program().wbMyBrowser;
+    BeforeNavigate2Event event{frame ? *frame : browser, url, 0, target, body, headers};
+    browser.BeforeNavigate2.Raise(event);
+    EXPECT_FALSE(event.Cancel);
 }
 
 void LogicHarness::OpenRecords(int tab, int row)
 {
-    SwitchOff(Program().mnuHideRecord);
+    Switch(Program().mnuHideRecord, false);
     Program().SSTab1.Tab = tab;
     if (row > 0) Program().CurrentRecordList().Select(&Program().CurrentRecordList().Item(row));
 }
 
 std::string LogicHarness::Row(const ListItem& row)
 {
-    std::string line = row.Text();
-    for (const char* key : {"Type", "Url", "Action", "Postdata", "Header", "Frame"}) line += " | " + row.SubItem(key);
+    std::string line = row.Cell(0);
+    for (int column = 1; column < 7; ++column) line += " | " + row.Cell(column);
     while (line.ends_with(" | ")) line.resize(line.size() - 3);
     return line;
 }

@@ -3,12 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "shell/frmBrowser.h"
-#include "tests/support/MemoryBrowser.h"
+#include "tests/support/CannedPages.h"
 #include "tests/support/MemoryDialogs.h"
 #include "tests/support/MemoryFiles.h"
 
@@ -29,22 +31,28 @@ protected:
     void Start();
 
     frmBrowser& Program() { return *program_; }
-    MemoryBrowser& Engine() { return *engine_; }
+    CannedBrowser& Engine() { return *engine_; }
 
     // The user's hands.
     static void Press(CommandButton& button);
     static void Pick(MenuItem& item) { item.Click.Raise(); }
-    void SwitchOn(MenuItem& item);
-    void SwitchOff(MenuItem& item);
+    static void Switch(MenuItem& item, bool on);
     /// Types an address and presses Go.
     void Go(const std::string& url);
     /// Follows a link.
     void Follow(const std::string& url);
-    MemoryDocument& Page() { return *Engine().Page; }
-    /// Presses a button of the page's first form, or none, and lets everything come of it.
-    void SubmitForm(const std::string& button = {}, int form = 0);
+    /// The page, or a frame of it, sends a form to an address; what the test says goes out is announced,
+    /// and nothing comes back.
+    void Send(const std::string& url, const std::string& body = {}, const std::string& headers = {},
+              const std::string& target = {}, BrowserObject* frame = nullptr);
     /// Brings the record panel into sight, on a tab, and selects a row of its list, counted from 1.
     void OpenRecords(int tab, int row = 0);
+    /// What the user does in the next dialog; one that is left open is closed at its close box.
+    template <class Dialog>
+    void InDialog(std::function<void(Dialog&)> act)
+    {
+        dialogs.Visits.push_back([act](Window& window) { act(dynamic_cast<Dialog&>(window)); });
+    }
 
     // What the user sees.
     std::string Status() { return Program().StatusBar1.Panels(1).Text(); }
@@ -67,12 +75,12 @@ protected:
     MemoryFiles files;
     MemoryProxy proxy;
     MemoryProxyTable proxyTable;
-    std::map<std::string, PageSketch> site;  ///< What lies at an address.
+    std::map<std::string, CannedPage> site;  ///< What lies at an address.
     std::string statusAtStart;               ///< The status line at the end of the start-up sequence.
 
 private:
     std::unique_ptr<frmBrowser> program_;
-    std::unique_ptr<MemoryBrowser> engine_;
+    std::unique_ptr<CannedBrowser> engine_;
 };
 
 }  // namespace velmora::test

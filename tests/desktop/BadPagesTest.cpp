@@ -1,41 +1,14 @@
-// The document model of the real engine, and pages that are bad, hang or die.
+// Pages that are bad, hang or die.
 #include <gmock/gmock.h>
 
 #include <fstream>
 
 #include "tests/desktop/Harness.h"
-#include "tests/support/DocumentContract.h"
 
 namespace velmora::test {
 namespace {
 
 using testing::HasSubstr;
-
-class EngineSource : public DocumentSource, private DesktopTest {
-public:
-    EngineSource()
-    {
-        SetUp();
-        StartProgram();
-    }
-    ~EngineSource() override { TearDown(); }
-
-    std::shared_ptr<Document> Show(const PageSketch& page) override
-    {
-        const std::string path = "/" + std::to_string(++pages_);
-        server_.Page(path, HtmlOf(page));
-        Go(server_.Url(path));
-        return Form().wbMyBrowser.Document();
-    }
-
-private:
-    void TestBody() override {}
-    int pages_ = 0;
-};
-
-INSTANTIATE_TEST_SUITE_P(Engine, DocumentContract, testing::Values([]() -> std::unique_ptr<DocumentSource> {
-                             return std::make_unique<EngineSource>();
-                         }));
 
 class BadPages : public DesktopTest {
 protected:
