@@ -1,5 +1,8 @@
 #include "platform/webkit/GuideSite.h"
 
+#include <algorithm>
+#include <array>
+#include <memory>
 #include <optional>
 #include <string_view>
 
@@ -8,6 +11,10 @@
 namespace velmora {
 
 namespace {
+
+// More than the practice forms can send, and little enough to read and show at once.
+constexpr std::size_t kMostBytes = 64 * 1024;
+constexpr std::ptrdiff_t kMostPairs = 200;
 
 std::string Escaped(std::string_view text)
 {
@@ -36,15 +43,15 @@ std::string Replaced(std::string text, std::string_view marker, const std::strin
 /// The text of an escaped name or value of a form; what is not UTF-8 is shown as far as it is.
 std::string Decoded(std::string_view escaped)
 {
-    const std::string spaced = Replaced(std::string(escaped), "+", " ");
     std::string bytes;
-    for (std::size_t i = 0; i < spaced.size(); ++i) {
-        if (spaced[i] == '%' && i + 2 < spaced.size() && g_ascii_isxdigit(spaced[i + 1]) &&
-            g_ascii_isxdigit(spaced[i + 2])) {
-            bytes += static_cast<char>(g_ascii_xdigit_value(spaced[i + 1]) * 16 + g_ascii_xdigit_value(spaced[i + 2]));
+    for (std::size_t i = 0; i < escaped.size(); ++i) {
+        if (escaped[i] == '%' && i + 2 < escaped.size() && g_ascii_isxdigit(escaped[i + 1]) &&
+            g_ascii_isxdigit(escaped[i + 2])) {
+            bytes +=
+                static_cast<char>(g_ascii_xdigit_value(escaped[i + 1]) * 16 + g_ascii_xdigit_value(escaped[i + 2]));
             i += 2;
         } else {
-            bytes += spaced[i];
+            bytes += escaped[i] == '+' ? ' ' : escaped[i];
         }
     }
     char* valid = g_utf8_make_valid(bytes.data(), static_cast<gssize>(bytes.size()));
@@ -69,62 +76,91 @@ std::string AnswerRows(std::string_view sent)
     return rows;
 }
 
-std::string BodyOf(WebKitURISchemeRequest* request)
-{
-    GInputStream* stream = webkit_uri_scheme_request_get_http_body(request);
-    if (!stream) return {};
-    std::string body;
-    char piece[4096];
-    for (gssize got; (got = g_input_stream_read(stream, piece, sizeof piece, nullptr, nullptr)) > 0;) {
-        body.append(piece, static_cast<std::size_t>(got));
-    }
-    g_object_unref(stream);
-    return body;
-}
+constexpr char kHtml[] = "text/html; charset=utf-8";
 
 struct Page {
     std::string text;
-    const char* type;
+    const char* type = kHtml;
+    guint status = 200;
 };
 
-/// The page of a path of the site; nothing if there is none.
-std::optional<Page> PageOf(std::string path, const std::string& method, const std::string& sent)
+Page AnswerPage(const std::string& method, std::string_view sent)
 {
-    if (path.empty() || path == "/") path = "/index";
-    if (path == "/style.css") return Page{std::string(guide_pages::Find("style.css")), "text/css; charset=utf-8"};
-    constexpr const char* kHtml = "text/html; charset=utf-8";
-    if (path == "/answer" || path == "/result") {
-        std::string page(guide_pages::Find("answer.html"));
-        page = Replaced(std::move(page), "<!--METHOD-->", Escaped(method));
-        return Page{Replaced(std::move(page), "<!--ANSWER-->", AnswerRows(sent)), kHtml};
-    }
+    if (sent.size() > kMostBytes || std::count(sent.begin(), sent.end(), '&') >= kMostPairs)
+        return {.text = std::string(guide_pages::Find("toolong.html")), .status = 413};
+    std::string page(guide_pages::Find("answer.html"));
+    page = Replaced(std::move(page), "<!--METHOD-->", Escaped(method));
+    return {.text = Replaced(std::move(page), "<!--ANSWER-->", AnswerRows(sent))};
+}
+
+/// The path within the site; nothing for an address of another host, which is no page of the site.
+std::optional<std::string> PathIn(std::string_view address)
+{
+    constexpr std::string_view kSite = "velmora://guide";
+    if (!address.starts_with(kSite)) return std::nullopt;
+    const std::string_view rest = address.substr(kSite.size());
+    const std::string path(rest.substr(0, rest.find_first_of("?#")));
+    if (!path.empty() && path[0] != '/') return std::nullopt;
+    return path.size() <= 1 ? "/index" : path;
+}
+
+Page PageOf(const std::string& address, const std::string& method, const std::string& sent)
+{
+    const std::string path = PathIn(address).value_or("");
+    if (path == "/style.css")
+        return {.text = std::string(guide_pages::Find("style.css")), .type = "text/css; charset=utf-8"};
+    if (path == "/answer" || path == "/result") return AnswerPage(method, sent);
     for (const char* name : {"index", "practice", "search"}) {
         if (path == std::string("/") + name)
-            return Page{std::string(guide_pages::Find(name + std::string(".html"))), kHtml};
+            return {.text = std::string(guide_pages::Find(name + std::string(".html")))};
     }
-    return std::nullopt;
+    return {.text = FailurePage(address, "There is no such page in the guide."), .status = 404};
+}
+
+void Finish(WebKitURISchemeRequest* request, const std::string& sent)
+{
+    const char* method = webkit_uri_scheme_request_get_http_method(request);
+    const Page page = PageOf(webkit_uri_scheme_request_get_uri(request), method ? method : "GET", sent);
+    const auto size = static_cast<gssize>(page.text.size());
+    GInputStream* stream =
+        g_memory_input_stream_new_from_data(g_memdup2(page.text.data(), page.text.size()), size, g_free);
+    WebKitURISchemeResponse* response = webkit_uri_scheme_response_new(stream, size);
+    webkit_uri_scheme_response_set_content_type(response, page.type);
+    webkit_uri_scheme_response_set_status(response, page.status, nullptr);
+    webkit_uri_scheme_request_finish_with_response(request, response);
+    g_object_unref(response);
+    g_object_unref(stream);
+}
+
+/// A form's body on its way from the engine. One byte more than the guide reads tells that it is too
+/// long; whatever comes after that is left unread.
+struct Body {
+    WebKitURISchemeRequest* request;
+    std::array<char, kMostBytes + 1> bytes;
+};
+
+void OnRead(GObject* stream, GAsyncResult* result, gpointer data)
+{
+    const std::unique_ptr<Body> body(static_cast<Body*>(data));
+    gsize count = 0;
+    g_input_stream_read_all_finish(G_INPUT_STREAM(stream), result, &count, nullptr);
+    Finish(body->request, std::string(body->bytes.data(), count));
+    g_object_unref(body->request);
 }
 
 void Serve(WebKitURISchemeRequest* request, gpointer)
 {
-    const std::string uri = webkit_uri_scheme_request_get_uri(request);
-    const char* path = webkit_uri_scheme_request_get_path(request);
-    const char* method = webkit_uri_scheme_request_get_http_method(request);
-    const std::size_t mark = uri.find('?');
-    std::string sent = BodyOf(request);
-    if (sent.empty() && mark != std::string::npos) sent = uri.substr(mark + 1, uri.find('#', mark) - mark - 1);
-
-    const auto page = PageOf(path ? path : "", method ? method : "GET", sent);
-    const Page shown =
-        page.value_or(Page{FailurePage(uri, "There is no such page in the guide."), "text/html; charset=utf-8"});
-    GInputStream* stream = g_memory_input_stream_new_from_data(g_memdup2(shown.text.data(), shown.text.size()),
-                                                               static_cast<gssize>(shown.text.size()), g_free);
-    WebKitURISchemeResponse* response = webkit_uri_scheme_response_new(stream, static_cast<gint64>(shown.text.size()));
-    webkit_uri_scheme_response_set_content_type(response, shown.type);
-    webkit_uri_scheme_response_set_status(response, page ? 200 : 404, nullptr);
-    webkit_uri_scheme_request_finish_with_response(request, response);
-    g_object_unref(response);
-    g_object_unref(stream);
+    if (GInputStream* stream = webkit_uri_scheme_request_get_http_body(request)) {
+        auto* body = new Body{WEBKIT_URI_SCHEME_REQUEST(g_object_ref(request)), {}};
+        g_input_stream_read_all_async(stream, body->bytes.data(), body->bytes.size(), G_PRIORITY_DEFAULT, nullptr,
+                                      OnRead, body);
+        g_object_unref(stream);
+        return;
+    }
+    const std::string address = webkit_uri_scheme_request_get_uri(request);
+    const std::size_t mark = address.find('?');
+    if (mark == std::string::npos) return Finish(request, {});
+    Finish(request, address.substr(mark + 1, address.find('#', mark) - mark - 1));
 }
 
 }  // namespace
@@ -132,6 +168,9 @@ void Serve(WebKitURISchemeRequest* request, gpointer)
 void ServeGuide(WebKitWebContext* context)
 {
     webkit_web_context_register_uri_scheme(context, "velmora", Serve, nullptr, nullptr);
+    // The pages of other sites may neither frame the guide nor go, post or reach into it in another way.
+    webkit_security_manager_register_uri_scheme_as_display_isolated(webkit_web_context_get_security_manager(context),
+                                                                    "velmora");
 }
 
 std::string FailurePage(const std::string& address, const std::string& reason)

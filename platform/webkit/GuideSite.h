@@ -8,7 +8,8 @@
 namespace velmora {
 
 /// Answers every request to velmora://guide/ in this context from the packed pages. The answer page
-/// shows the fields that a form has sent.
+/// shows the fields that a form has sent, up to 64 KB and 200 of them. Other hosts have no page. Only
+/// the guide's own pages and the user reach it: pages of other sites can neither frame it nor send to it.
 void ServeGuide(WebKitWebContext* context);
 
 /// The page that tells the user that an address could not be shown, and why. Both texts are plain.

@@ -6,8 +6,10 @@
 #include <gtkmm/filechooserdialog.h>
 #include <gtkmm/label.h>
 
+#include <chrono>
 #include <fstream>
 #include <sstream>
+#include <utility>
 
 #include "tests/desktop/Hands.h"
 #include "tests/desktop/Harness.h"
@@ -16,7 +18,8 @@
 namespace velmora::test {
 namespace {
 
-using testing::HasSubstr;
+using testing::Contains;
+using testing::Not;
 
 // The file chooser keeps its settings on the session bus, which a test machine has not.
 [[maybe_unused]] const bool kSettingsInMemory = g_setenv("GSETTINGS_BACKEND", "memory", TRUE);
@@ -193,6 +196,33 @@ TEST_F(BrowserDuties, AnAnswerWithoutAPageStopsTheTicker)
     Press("cmdPlayback");
     RunUntil([&] { return !server_.RequestsTo("/nothing").empty() && !Form().Timer1.Enabled(); }, "the ticker's end");
     EXPECT_EQ(Script("document.title"), "page");
+}
+
+TEST_F(BrowserDuties, TheGuideTakesWhatItCanShowAndFromItsOwnPagesAlone)
+{
+    Go("velmora://guide/practice");
+    auto last = std::chrono::steady_clock::now();
+    auto longest = last - last;
+    sigc::connection watch = Glib::signal_timeout().connect(
+        [&] {
+            const auto now = std::chrono::steady_clock::now();
+            longest = std::max(longest, now - std::exchange(last, now));
+            return true;
+        },
+        10);
+    Start("fetch('answer', {method: 'POST', body: 'a=' + 'x+'.repeat(25000000)})"
+          ".then(answer => document.title = answer.status)");
+    Await("document.title", "413");
+    watch.disconnect();
+    EXPECT_LT(longest, std::chrono::seconds(1)) << "the window stands still";
+
+    Go("velmora://other/");
+    EXPECT_EQ(Script("document.title"), "This page could not be loaded");
+    server_.Handler("/moved", [](const Request&) {
+        return Response{"", "text/html", 302, {{"Location", "velmora://guide/search"}}, 0};
+    });
+    Show("/page.html", "<iframe src='velmora://guide/search'></iframe><iframe src='/moved'></iframe>");
+    EXPECT_THAT(Completed(), Not(Contains("velmora://guide/search")));
 }
 
 TEST_F(BrowserDuties, NoSiteGetsWhatNeedsLeaveWithoutAYes)
