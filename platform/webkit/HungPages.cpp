@@ -4,25 +4,18 @@
 #include <string>
 
 #include "platform/webkit/LoadFailures.h"
+#include "platform/webkit/StandingPage.h"
 
 namespace velmora {
 
 namespace {
 
-/// The address of the page that stands in the view, whatever is on its way to it.
-std::string StandingAddress(WebKitWebView* view)
-{
-    WebKitBackForwardListItem* item =
-        webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(view));
-    const char* address = item ? webkit_back_forward_list_item_get_uri(item) : nullptr;
-    return address ? address : "";
-}
-
 /// Ends the page, and goes on to where the user wanted to go meanwhile, if anywhere.
 void Stop(WebKitWebView* view)
 {
     const char* wanted = webkit_web_view_get_uri(view);
-    const std::string next = wanted && wanted != StandingAddress(view) ? wanted : "";
+    const bool goesOn = webkit_web_view_is_loading(view) && wanted && wanted != StandingAddress(view);
+    const std::string next = goesOn ? wanted : "";
     EndPage(view, next);
 }
 

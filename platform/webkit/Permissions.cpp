@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/webkit/StandingPage.h"
+
 namespace velmora {
 
 namespace {
@@ -44,19 +46,6 @@ std::string TextOf(WebKitPermissionRequest* request)
     return {};
 }
 
-/// Scheme, host and port of the page that the view shows; its address if it has no such thing.
-std::string SiteOf(WebKitWebView* view)
-{
-    const char* address = webkit_web_view_get_uri(view);
-    if (!address) return {};
-    WebKitSecurityOrigin* origin = webkit_security_origin_new_for_uri(address);
-    char* name = webkit_security_origin_to_string(origin);
-    std::string site = name ? name : address;
-    g_free(name);
-    webkit_security_origin_unref(origin);
-    return site;
-}
-
 }  // namespace
 
 void Permissions::Guard(WebKitWebView* view)
@@ -69,7 +58,7 @@ void Permissions::Guard(WebKitWebView* view)
 
 bool Permissions::Take(WebKitWebView* view, WebKitPermissionRequest* request)
 {
-    Wish wish{Held(request), Held(view), SiteOf(view), TextOf(request)};
+    Wish wish{Held(request), Held(view), StandingSite(view), TextOf(request)};
     if (wish.text.empty() || wish.site.empty() || wishes_.size() >= kMostWishes) {
         webkit_permission_request_deny(request);
         return true;
@@ -98,13 +87,13 @@ void Permissions::AskNext()
 bool Permissions::IsGranted(const Wish& wish)
 {
     // The view may show another site by now, when it is asked or when the answer comes.
-    if (SiteOf(wish.view.get()) != wish.site) return false;
+    if (StandingSite(wish.view.get()) != wish.site) return false;
     const std::string key = wish.site + " " + wish.text;
     if (refused_.count(key) > 0) return false;
     const Answer answer = dialogs_.MsgBox("The site " + wish.site + " wants to " + wish.text + ". Do you allow it?",
                                           Buttons::CautiousYesNo, Icon::Exclamation);
     if (answer != Answer::Yes) refused_.insert(key);
-    return answer == Answer::Yes && SiteOf(wish.view.get()) == wish.site;
+    return answer == Answer::Yes && StandingSite(wish.view.get()) == wish.site;
 }
 
 }  // namespace velmora

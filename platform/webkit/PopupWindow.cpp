@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/webkit/PageArea.h"
+#include "platform/webkit/StandingPage.h"
 
 namespace velmora {
 
@@ -10,23 +11,33 @@ namespace {
 
 constexpr int kWidth = 720;
 constexpr int kHeight = 540;
+// What the engine gives at least, a page's wish or none: nothing can be read in so small a window.
+constexpr int kLeast = 100;
 
 void ShowWindow(WebKitWebView* view, gpointer window)
 {
     GdkRectangle wanted{};
     webkit_window_properties_get_geometry(webkit_web_view_get_window_properties(view), &wanted);
-    gtk_window_set_default_size(GTK_WINDOW(window), wanted.width > 0 ? wanted.width : kWidth,
-                                wanted.height > 0 ? wanted.height : kHeight);
+    const bool hasWish = wanted.width > kLeast || wanted.height > kLeast;
+    gtk_window_set_default_size(GTK_WINDOW(window), hasWish ? wanted.width : kWidth, hasWish ? wanted.height : kHeight);
     gtk_window_present(GTK_WINDOW(window));
 }
 
-// The window has no address line, so that its title tells where the page comes from.
-void ShowTitle(WebKitWebView* view, GParamSpec*, gpointer window)
+// The window has no address line, so its title tells where the page comes from: first, where a long
+// title of the page cannot push it out of sight.
+void ShowTitle(WebKitWebView* view, GtkWindow* window)
 {
     const char* title = webkit_web_view_get_title(view);
-    const char* address = webkit_web_view_get_uri(view);
-    const std::string text = std::string(title ? title : "") + " - " + (address ? address : "");
-    gtk_window_set_title(GTK_WINDOW(window), text.c_str());
+    const std::string site = StandingSite(view);
+    const std::string text = (site.empty() ? "about:blank" : site) + " - " + (title ? title : "");
+    gtk_window_set_title(window, text.c_str());
+}
+
+void OnTitle(WebKitWebView* view, GParamSpec*, gpointer window) { ShowTitle(view, GTK_WINDOW(window)); }
+
+void OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event, gpointer window)
+{
+    if (event == WEBKIT_LOAD_COMMITTED) ShowTitle(view, GTK_WINDOW(window));
 }
 
 }  // namespace
@@ -53,8 +64,8 @@ WebKitWebView* PopupWindows::Open(WebKitWebView* opener)
 void PopupWindows::Connect(WebKitWebView* view, GtkWidget* window)
 {
     g_signal_connect_object(view, "ready-to-show", G_CALLBACK(ShowWindow), window, GConnectFlags(0));
-    g_signal_connect_object(view, "notify::title", G_CALLBACK(ShowTitle), window, GConnectFlags(0));
-    g_signal_connect_object(view, "notify::uri", G_CALLBACK(ShowTitle), window, GConnectFlags(0));
+    g_signal_connect_object(view, "notify::title", G_CALLBACK(OnTitle), window, GConnectFlags(0));
+    g_signal_connect_object(view, "load-changed", G_CALLBACK(OnLoadChanged), window, GConnectFlags(0));
     callbacks_.Connect(window, "destroy",
                        G_CALLBACK(+[](GtkWindow* gone, PopupWindows* self) { self->windows_.remove(gone); }), this);
     const auto close = +[](WebKitWebView* from, PopupWindows* self) { self->Close(from); };

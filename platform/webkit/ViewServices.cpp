@@ -1,6 +1,7 @@
 #include "platform/webkit/ViewServices.h"
 
 #include "platform/webkit/LoadFailures.h"
+#include "platform/webkit/StandingPage.h"
 
 namespace velmora {
 
@@ -18,6 +19,7 @@ gboolean OnDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decision, WebKitPo
 
 void ViewServices::Serve(WebKitWebView* view)
 {
+    WatchStandingPage(view);
     g_signal_connect(view, "decide-policy", G_CALLBACK(OnDecidePolicy), nullptr);
     ExplainFailures(view);
     hungPages_.Watch(view);

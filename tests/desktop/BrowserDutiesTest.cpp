@@ -239,6 +239,9 @@ TEST_F(BrowserDuties, NoSiteGetsWhatNeedsLeaveWithoutAYes)
          }});
     Script(ask + "; 1");
     Await("document.title", "?1");
+    server_.Handler("/slow", [](const Request&) { return Response{"", "text/html", 200, {}, 60000}; });
+    TypeAddress(server_.Url("/slow", "localhost"));
+    Press("cmdPlayback");
     Script(ask + "; 1");
     Await("document.title", "?11");
     Expect({.text = "The site " + site + " wants to read what you have copied. Do you allow it?", .button = "Yes"});

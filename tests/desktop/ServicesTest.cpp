@@ -47,7 +47,7 @@ protected:
     {
         Expect({.text = kPopupQuestion, .button = "No"});
         Click(selector);
-        RunUntil([] { return Popup() && Popup()->get_title().raw().find("Small") == 0; }, "the pop-up's page");
+        RunUntil([&] { return Popup() && Popup()->get_title().raw() == server_.Url(" - Small"); }, "the pop-up's page");
     }
     std::string Told() { return Form().StatusBar1.Panels(2).Text(); }
 };
@@ -80,6 +80,7 @@ TEST_F(PopupsOnScreen, WaitForTheAnswerAndOpenOutsideCaptureAndPlayback)
 TEST_F(PopupsOnScreen, OfLinksAndScriptsAreClosedByTheUserOrEndWithTheProgram)
 {
     Open("#link");
+    EXPECT_GT(Popup()->get_width(), 500) << "a link wishes for no size";
     Popup()->close();
     RunUntil([] { return !Popup(); }, "the pop-up to be closed");
     Open("#late");

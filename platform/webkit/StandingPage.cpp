@@ -1,0 +1,44 @@
+#include "platform/webkit/StandingPage.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr char kStanding[] = "velmora-standing";
+
+void OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event, gpointer)
+{
+    if (event != WEBKIT_LOAD_COMMITTED) return;
+    // The user may have sent the view on already, which then gives the address that comes next.
+    WebKitBackForwardListItem* item =
+        webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(view));
+    const char* address = item ? webkit_back_forward_list_item_get_uri(item) : webkit_web_view_get_uri(view);
+    g_object_set_data_full(G_OBJECT(view), kStanding, g_strdup(address), g_free);
+}
+
+}  // namespace
+
+void WatchStandingPage(WebKitWebView* view)
+{
+    g_signal_connect(view, "load-changed", G_CALLBACK(OnLoadChanged), nullptr);
+}
+
+std::string StandingAddress(WebKitWebView* view)
+{
+    const auto* address = static_cast<const char*>(g_object_get_data(G_OBJECT(view), kStanding));
+    return address ? address : "";
+}
+
+std::string StandingSite(WebKitWebView* view)
+{
+    const std::string address = StandingAddress(view);
+    if (address.empty()) return address;
+    WebKitSecurityOrigin* origin = webkit_security_origin_new_for_uri(address.c_str());
+    char* name = webkit_security_origin_to_string(origin);
+    const std::string site = name ? name : address;
+    g_free(name);
+    webkit_security_origin_unref(origin);
+    return site;
+}
+
+}  // namespace velmora

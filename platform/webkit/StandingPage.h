@@ -1,0 +1,20 @@
+// The page that stands in a view, whatever is on its way to it.
+#pragma once
+
+#include <webkit/webkit.h>
+
+#include <string>
+
+namespace velmora {
+
+/// To be called before the view loads anything: from now on it is known what stands in it. The view's
+/// own address, and its place in the history, run ahead to a page that is only being loaded.
+void WatchStandingPage(WebKitWebView* view);
+
+/// The address of the page that stands in the view; empty before the first.
+std::string StandingAddress(WebKitWebView* view);
+
+/// Scheme, host and port of that page; its address if it has no such thing.
+std::string StandingSite(WebKitWebView* view);
+
+}  // namespace velmora
