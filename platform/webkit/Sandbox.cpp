@@ -2,17 +2,40 @@
 
 #include <glib.h>
 
+#include <cstring>
+
 namespace velmora {
 
-bool SandboxStarts()
+namespace {
+
+/// Whether a command runs to a good end; what it says is thrown away.
+bool Succeeds(const char* const* command)
 {
-    if (g_getenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS")) return true;
-    const char* command[] = {"bwrap", "--unshare-all", "--ro-bind", "/", "/", "true", nullptr};
-    const auto flags = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDERR_TO_DEV_NULL);
+    const auto flags =
+        static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL);
     int status = 1;
     const bool ran = g_spawn_sync(nullptr, const_cast<char**>(command), nullptr, flags, nullptr, nullptr, nullptr,
                                   nullptr, &status, nullptr);
     return ran && status == 0;
+}
+
+}  // namespace
+
+std::string SandboxObstacle()
+{
+    if (IsSandboxOff()) return {};
+    const char* sandbox[] = {"bwrap", "--unshare-all", "--ro-bind", "/", "/", "true", nullptr};
+    if (!Succeeds(sandbox)) return "\"bwrap\" must be installed, and user namespaces must be allowed.";
+    // The engine lets a sandboxed page speak to the desktop's bus through this one alone.
+    const char* proxy[] = {"xdg-dbus-proxy", "--version", nullptr};
+    if (!Succeeds(proxy)) return "\"xdg-dbus-proxy\" must be installed.";
+    return {};
+}
+
+bool IsSandboxOff()
+{
+    const char* value = g_getenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS");
+    return value && std::strcmp(value, "0") != 0;
 }
 
 }  // namespace velmora

@@ -33,8 +33,9 @@ GLogWriterOutput FailOnNoise(GLogLevelFlags level, const GLogField* fields, gsiz
 /// Where no process may get a sandbox of its own, the engine would not start one web process.
 void CheckSandbox()
 {
-    if (velmora::SandboxStarts()) return;
-    std::puts("NOTE: this machine gives no sandbox; the tests run without it.");
+    const std::string obstacle = velmora::SandboxObstacle();
+    if (obstacle.empty()) return;
+    std::printf("NOTE: this machine gives no sandbox, so the tests run without it: %s\n", obstacle.c_str());
     g_setenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "1", TRUE);
 }
 
