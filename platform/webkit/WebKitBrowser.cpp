@@ -1,13 +1,12 @@
 #include "platform/webkit/WebKitBrowser.h"
 
-#include <glib/gstdio.h>
-
 #include <utility>
 
 #include "platform/webkit/Address.h"
 #include "platform/webkit/GuideSite.h"
 #include "platform/webkit/LoadFailures.h"
 #include "platform/webkit/PageArea.h"
+#include "platform/webkit/UserSession.h"
 
 namespace velmora {
 
@@ -28,20 +27,6 @@ std::string HeadersOf(WebKitURIRequest* request)
         },
         &lines);
     return lines;
-}
-
-// An empty name would be the folder that the program was started in.
-std::string CacheFolder(const WebKitBrowser::Options& options)
-{
-    return options.cacheFolder.empty() ? options.dataFolder + "/cache" : options.cacheFolder;
-}
-
-/// Makes the folder for cookies and site storage, for its user's eyes alone; left to the engine, it
-/// would be open to everyone on the machine.
-void MakePrivateFolder(const std::string& folder)
-{
-    g_mkdir_with_parents(folder.c_str(), 0700);
-    g_chmod(folder.c_str(), 0700);
 }
 
 WebKitSettings* NewSettings()
@@ -86,15 +71,7 @@ void WebKitBrowser::MakeView(const Options& options)
     webkit_web_context_add_path_to_sandbox(context_, options.agentFolder.c_str(), TRUE);
     webkit_web_context_set_web_process_extensions_directory(context_, options.agentFolder.c_str());
     ServeGuide(context_);
-    session_ = options.dataFolder.empty()
-                   ? webkit_network_session_new_ephemeral()
-                   : webkit_network_session_new(options.dataFolder.c_str(), CacheFolder(options).c_str());
-    if (!options.dataFolder.empty()) {
-        MakePrivateFolder(options.dataFolder);
-        webkit_cookie_manager_set_persistent_storage(webkit_network_session_get_cookie_manager(session_),
-                                                     (options.dataFolder + "/cookies.sqlite").c_str(),
-                                                     WEBKIT_COOKIE_PERSISTENT_STORAGE_SQLITE);
-    }
+    session_ = NewUserSession(options.dataFolder, options.cacheFolder);
     WebKitSettings* settings = NewSettings();
     view_ = WEBKIT_WEB_VIEW(g_object_ref_sink(g_object_new(
         WEBKIT_TYPE_WEB_VIEW, "web-context", context_, "network-session", session_, "settings", settings, nullptr)));

@@ -265,7 +265,8 @@ TEST_F(BrowserDuties, CookiesAndSiteStorageLastFromRunToRun)
     Show("/read.html", "<p>");
     EXPECT_EQ(Script("document.cookie + localStorage.getItem('kept')"), "kept=yestoo");
     const auto open = std::filesystem::perms::group_all | std::filesystem::perms::others_all;
-    EXPECT_EQ(std::filesystem::status(dataFolder_).permissions() & open, std::filesystem::perms::none);
+    for (const auto& folder : {dataFolder_, dataFolder_ + "/cache"})
+        EXPECT_EQ(std::filesystem::status(folder).permissions() & open, std::filesystem::perms::none) << folder;
 }
 
 TEST_F(BrowserDuties, APageThatHangsIsToldAndCanBeStopped)
