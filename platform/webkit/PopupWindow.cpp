@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/webkit/OtherPrograms.h"
 #include "platform/webkit/PageArea.h"
 #include "platform/webkit/StandingPage.h"
 
@@ -13,6 +14,8 @@ constexpr int kWidth = 720;
 constexpr int kHeight = 540;
 // What the engine gives at least, a page's wish or none: nothing can be read in so small a window.
 constexpr int kLeast = 100;
+// More than anybody looks at; a page that goes on opening windows gets no further.
+constexpr std::size_t kMostWindows = 20;
 
 void ShowWindow(WebKitWebView* view, gpointer window)
 {
@@ -29,7 +32,7 @@ void ShowTitle(WebKitWebView* view, GtkWindow* window)
 {
     const char* title = webkit_web_view_get_title(view);
     const std::string site = StandingSite(view);
-    const std::string text = (site.empty() ? "about:blank" : site) + " - " + (title ? title : "");
+    const std::string text = site + " - " + (title ? title : "");
     gtk_window_set_title(window, text.c_str());
 }
 
@@ -38,6 +41,16 @@ void OnTitle(WebKitWebView* view, GParamSpec*, gpointer window) { ShowTitle(view
 void OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event, gpointer window)
 {
     if (event == WEBKIT_LOAD_COMMITTED) ShowTitle(view, GTK_WINDOW(window));
+}
+
+/// Whether a script opens the window for, or sends it to, what the engine cannot show.
+bool OpensAnotherProgram(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type)
+{
+    if (type != WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) return false;
+    WebKitNavigationAction* action =
+        webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
+    return webkit_navigation_action_get_navigation_type(action) == WEBKIT_NAVIGATION_TYPE_OTHER &&
+           IsForAnotherProgram(webkit_uri_request_get_uri(webkit_navigation_action_get_request(action)));
 }
 
 }  // namespace
@@ -49,8 +62,17 @@ PopupWindows::~PopupWindows()
 
 WebKitWebView* PopupWindows::Open(WebKitWebView* opener)
 {
+    if (windows_.size() >= kMostWindows) return nullptr;
     auto* view = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "related-view", opener, "settings",
                                               webkit_web_view_get_settings(opener), nullptr));
+    CountAsOpener(view, opener);
+    // Ahead of the services, which let nobody else see what is another program's.
+    const auto decide = +[](WebKitWebView* from, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
+                            PopupWindows* self) -> gboolean {
+        if (OpensAnotherProgram(decision, type)) self->CloseIfEmpty(from);
+        return FALSE;
+    };
+    callbacks_.Connect(view, "decide-policy", G_CALLBACK(decide), this);
     services_.Serve(view);
     GtkWidget* window = gtk_window_new();
     gtk_widget_set_name(window, "Popup");
@@ -75,16 +97,19 @@ void PopupWindows::Connect(WebKitWebView* view, GtkWidget* window)
         return webkit_navigation_action_is_user_gesture(action) ? self->Open(from) : nullptr;
     };
     callbacks_.Connect(view, "create", G_CALLBACK(create), this);
-    // A window that was opened for a file has nothing to show.
     const auto failed =
         +[](WebKitWebView* from, WebKitLoadEvent, const char*, GError* error, PopupWindows* self) -> gboolean {
-        WebKitBackForwardList* history = webkit_web_view_get_back_forward_list(from);
         const bool isSaved =
             g_error_matches(error, WEBKIT_POLICY_ERROR, WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE);
-        if (isSaved && !webkit_back_forward_list_get_current_item(history)) self->Close(from);
+        if (isSaved) self->CloseIfEmpty(from);
         return FALSE;
     };
     callbacks_.Connect(view, "load-failed", G_CALLBACK(failed), this);
+}
+
+void PopupWindows::CloseIfEmpty(WebKitWebView* view)
+{
+    if (!webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(view))) Close(view);
 }
 
 void PopupWindows::Close(WebKitWebView* view)

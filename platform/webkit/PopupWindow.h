@@ -20,11 +20,13 @@ public:
     PopupWindows& operator=(const PopupWindows&) = delete;
 
     /// A window with a view related to `opener` and with its settings. Gives the view, as the engine's
-    /// `create` signal wants it.
+    /// `create` signal wants it; null when too many windows are open.
     WebKitWebView* Open(WebKitWebView* opener);
 
 private:
     void Connect(WebKitWebView* view, GtkWidget* window);
+    /// A window that was opened for a file, or for another program, has nothing to show.
+    void CloseIfEmpty(WebKitWebView* view);
     void Close(WebKitWebView* view);
 
     ViewServices& services_;

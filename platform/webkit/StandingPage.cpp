@@ -23,6 +23,11 @@ void WatchStandingPage(WebKitWebView* view)
     g_signal_connect(view, "load-changed", G_CALLBACK(OnLoadChanged), nullptr);
 }
 
+void CountAsOpener(WebKitWebView* view, WebKitWebView* opener)
+{
+    g_object_set_data_full(G_OBJECT(view), kStanding, g_strdup(StandingAddress(opener).c_str()), g_free);
+}
+
 std::string StandingAddress(WebKitWebView* view)
 {
     const auto* address = static_cast<const char*>(g_object_get_data(G_OBJECT(view), kStanding));

@@ -11,6 +11,10 @@ namespace velmora {
 /// own address, and its place in the history, run ahead to a page that is only being loaded.
 void WatchStandingPage(WebKitWebView* view);
 
+/// A window that a page opened counts as its opener's until it has a page of its own: what its opener
+/// writes into it, and what it does, is the opener's.
+void CountAsOpener(WebKitWebView* view, WebKitWebView* opener);
+
 /// The address of the page that stands in the view; empty before the first.
 std::string StandingAddress(WebKitWebView* view);
 

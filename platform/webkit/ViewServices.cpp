@@ -20,6 +20,7 @@ gboolean OnDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decision, WebKitPo
 void ViewServices::Serve(WebKitWebView* view)
 {
     WatchStandingPage(view);
+    otherPrograms_.Guard(view);
     g_signal_connect(view, "decide-policy", G_CALLBACK(OnDecidePolicy), nullptr);
     ExplainFailures(view);
     hungPages_.Watch(view);

@@ -6,6 +6,7 @@
 #include "platform/Dialogs.h"
 #include "platform/webkit/Downloads.h"
 #include "platform/webkit/HungPages.h"
+#include "platform/webkit/OtherPrograms.h"
 #include "platform/webkit/Permissions.h"
 
 namespace velmora {
@@ -13,17 +14,19 @@ namespace velmora {
 class ViewServices {
 public:
     ViewServices(WebKitNetworkSession* session, Dialogs& dialogs)
-        : hungPages_(dialogs), permissions_(dialogs), downloads_(session, dialogs)
+        : otherPrograms_(dialogs), hungPages_(dialogs), permissions_(dialogs), downloads_(session, dialogs)
     {
     }
 
-    /// From now on the view explains failures, saves what cannot be shown, asks before pages get what
-    /// needs leave, and tells when a page hangs.
+    /// From now on the view leaves to other programs what is theirs, explains failures, saves what cannot
+    /// be shown, asks before pages get what needs leave, and tells when a page hangs. To be called ahead of
+    /// the view's other handlers of navigations: they do not get what is another program's.
     void Serve(WebKitWebView* view);
 
     velmora::Downloads& Downloads() { return downloads_; }
 
 private:
+    velmora::OtherPrograms otherPrograms_;
     HungPages hungPages_;
     Permissions permissions_;
     velmora::Downloads downloads_;

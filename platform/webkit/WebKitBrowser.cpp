@@ -81,6 +81,7 @@ void WebKitBrowser::MakeView(const Options& options)
 
 void WebKitBrowser::ConnectSignals()
 {
+    services_->Serve(view_);
     g_signal_connect(view_, "user-message-received",
                      G_CALLBACK(+[](WebKitWebView*, WebKitUserMessage* message, WebKitBrowser* self) -> gboolean {
                          return self->agents_.Take(message);
@@ -104,7 +105,6 @@ void WebKitBrowser::ConnectSignals()
             return cancel ? nullptr : self->popups_->Open(view);
         }),
         this);
-    services_->Serve(view_);
     // What comes here was broken off: by the user, or by an answer that holds no page.
     g_signal_connect(
         view_, "load-failed",

@@ -23,6 +23,9 @@ using testing::Not;
 
 // The file chooser keeps its settings on the session bus, which a test machine has not.
 [[maybe_unused]] const bool kSettingsInMemory = g_setenv("GSETTINGS_BACKEND", "memory", TRUE);
+// Beside the desktop's own programs, one for addresses of the tests.
+[[maybe_unused]] const bool kTestProgram =
+    g_setenv("XDG_DATA_DIRS", VELMORA_TEST_SHARE ":/usr/local/share:/usr/share", TRUE);
 
 class BrowserDuties : public DesktopTest {
 protected:
@@ -210,8 +213,9 @@ TEST_F(BrowserDuties, TheGuideTakesWhatItCanShowAndFromItsOwnPagesAlone)
             return true;
         },
         10);
-    Start("fetch('answer', {method: 'POST', body: 'a=' + 'x+'.repeat(25000000)})"
-          ".then(answer => document.title = answer.status)");
+    Start(
+        "fetch('answer', {method: 'POST', body: 'a=' + 'x+'.repeat(25000000)})"
+        ".then(answer => document.title = answer.status)");
     Await("document.title", "413");
     watch.disconnect();
     EXPECT_LT(longest, std::chrono::seconds(1)) << "the window stands still";
@@ -223,6 +227,39 @@ TEST_F(BrowserDuties, TheGuideTakesWhatItCanShowAndFromItsOwnPagesAlone)
     });
     Show("/page.html", "<iframe src='velmora://guide/search'></iframe><iframe src='/moved'></iframe>");
     EXPECT_THAT(Completed(), Not(Contains("velmora://guide/search")));
+}
+
+TEST_F(BrowserDuties, AddressesOfOtherProgramsLeaveThePageAsItIs)
+{
+    const std::string opened = folder_ / "opened";
+    g_setenv("VELMORA_TEST_OPENED", opened.c_str(), TRUE);
+    const auto awaitLine = [&](const std::string& text) {
+        RunUntil([&] { return dynamic_cast<Gtk::Label&>(Widget("lblNotice")).get_text().raw() == text; }, text);
+        Press("cmdNoticeClose");
+    };
+    const std::string question =
+        "The site " + server_.Url("") + " wants to open x-velmora-test:ann with another program. Do you allow it?";
+
+    Show("/contact.html",
+         "<input id='typed'><p><a id='ann' href='x-velmora-test:ann'>write</a>"
+         "<p><a id='none' target='_blank' href='nobody-opens:this'>open</a><iframe "
+         "src='x-velmora-test:frame'></iframe>");
+    awaitLine(server_.Url("") + " was kept from opening x-velmora-test:frame with another program.");
+    Type("#typed", "half a letter");
+    Expect({.text = question, .button = "Yes"});
+    Click("#ann");
+    RunUntil([&] { return std::filesystem::exists(opened); }, "the other program");
+    Expect({.text = question, .button = "No"});
+    Click("#ann");
+    RunUntil([&] { return AllAnswered(); }, "the question");
+    Click("#ann");
+    Click("#none");
+    awaitLine("No program on this computer opens nobody-opens:this.");
+    TypeAddress("nobody-opens:that");
+    Press("cmdPlayback");
+    awaitLine("No program on this computer opens nobody-opens:that.");
+    EXPECT_EQ(Script("typed.value"), "half a letter");
+    EXPECT_FALSE(Form().Timer1.Enabled());
 }
 
 TEST_F(BrowserDuties, NoSiteGetsWhatNeedsLeaveWithoutAYes)

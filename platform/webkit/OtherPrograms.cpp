@@ -1,0 +1,120 @@
+#include "platform/webkit/OtherPrograms.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "platform/webkit/StandingPage.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr std::array<std::string_view, 10> kEngineSchemes{"http", "https", "file", "about",   "data",
+                                                          "blob", "ws",    "wss",  "velmora", "javascript"};
+// A mail's text may be part of the address; what matters of it stands first.
+constexpr glong kShownLetters = 200;
+
+/// In small letters; empty if there is none.
+std::string SchemeOf(const std::string& address)
+{
+    char* scheme = g_uri_parse_scheme(address.c_str());
+    char* small = scheme ? g_ascii_strdown(scheme, -1) : nullptr;
+    std::string text = small ? small : "";
+    g_free(small);
+    g_free(scheme);
+    return text;
+}
+
+std::string Shortened(const std::string& address)
+{
+    char* valid = g_utf8_make_valid(address.data(), static_cast<gssize>(address.size()));
+    std::string text = valid;
+    if (g_utf8_strlen(valid, -1) > kShownLetters) {
+        text = std::string(valid, g_utf8_offset_to_pointer(valid, kShownLetters)) + "\u2026";
+    }
+    g_free(valid);
+    return text;
+}
+
+bool HasProgram(const std::string& address)
+{
+    GAppInfo* program = g_app_info_get_default_for_uri_scheme(SchemeOf(address).c_str());
+    if (program) g_object_unref(program);
+    return program;
+}
+
+}  // namespace
+
+bool IsForAnotherProgram(const std::string& address)
+{
+    const std::string scheme = SchemeOf(address);
+    return !scheme.empty() && std::find(kEngineSchemes.begin(), kEngineSchemes.end(), scheme) == kEngineSchemes.end();
+}
+
+void OtherPrograms::Guard(WebKitWebView* view)
+{
+    const auto decide = +[](WebKitWebView* from, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
+                            OtherPrograms* self) -> gboolean {
+        if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) return FALSE;
+        WebKitNavigationAction* action =
+            webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
+        if (!self->Take(from, action)) return FALSE;
+        webkit_policy_decision_ignore(decision);
+        return TRUE;
+    };
+    callbacks_.Connect(view, "decide-policy", G_CALLBACK(decide), this);
+}
+
+bool OtherPrograms::Take(WebKitWebView* view, WebKitNavigationAction* action)
+{
+    const std::string address = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
+    if (!IsForAnotherProgram(address)) return false;
+    // The view takes on an address ahead of its page only when the program itself loads it.
+    const char* loaded = webkit_web_view_get_uri(view);
+    const bool isTyped = loaded && address == loaded;
+    const Wish wish{address, isTyped ? "" : StandingSite(view)};
+    if (isTyped || webkit_navigation_action_is_user_gesture(action)) {
+        callbacks_.Later([this, wish] { Decide(wish); });
+    } else if (told_.insert(wish.site).second) {
+        dialogs_.Tell(wish.site + " was kept from opening " + Shortened(address) + " with another program.");
+    }
+    return true;
+}
+
+void OtherPrograms::Decide(const Wish& wish)
+{
+    if (!HasProgram(wish.address)) {
+        dialogs_.Tell("No program on this computer opens " + Shortened(wish.address) + ".");
+    } else if (IsAllowed(wish)) {
+        Launch(wish.address);
+    }
+}
+
+bool OtherPrograms::IsAllowed(const Wish& wish)
+{
+    // One question at a time: a page that wants more while it is open gets nothing.
+    if (isAsking_ || refused_.count(wish.site) > 0) return false;
+    const std::string what = "open " + Shortened(wish.address) + " with another program";
+    isAsking_ = true;
+    const Answer answer =
+        dialogs_.MsgBox(wish.site.empty() ? "Do you want to " + what + "?"
+                                          : "The site " + wish.site + " wants to " + what + ". Do you allow it?",
+                        Buttons::CautiousYesNo, Icon::Exclamation);
+    isAsking_ = false;
+    if (answer != Answer::Yes && !wish.site.empty()) refused_.insert(wish.site);
+    return answer == Answer::Yes;
+}
+
+void OtherPrograms::Launch(const std::string& address)
+{
+    GError* error = nullptr;
+    GdkAppLaunchContext* context = gdk_display_get_app_launch_context(gdk_display_get_default());
+    if (!g_app_info_launch_default_for_uri(address.c_str(), G_APP_LAUNCH_CONTEXT(context), &error)) {
+        dialogs_.Tell(Shortened(address) + " could not be opened: " + error->message);
+        g_clear_error(&error);
+    }
+    g_object_unref(context);
+}
+
+}  // namespace velmora
