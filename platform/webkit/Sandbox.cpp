@@ -1,6 +1,6 @@
 #include "platform/webkit/Sandbox.h"
 
-#include <glib.h>
+#include <gio/gio.h>
 
 #include <cstring>
 
@@ -19,6 +19,13 @@ bool Succeeds(const char* const* command)
     return ran && status == 0;
 }
 
+bool HasSessionBus()
+{
+    char* address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
+    g_free(address);
+    return address;
+}
+
 }  // namespace
 
 std::string SandboxObstacle()
@@ -26,9 +33,9 @@ std::string SandboxObstacle()
     if (IsSandboxOff()) return {};
     const char* sandbox[] = {"bwrap", "--unshare-all", "--ro-bind", "/", "/", "true", nullptr};
     if (!Succeeds(sandbox)) return "\"bwrap\" must be installed, and user namespaces must be allowed.";
-    // The engine lets a sandboxed page speak to the desktop's bus through this one alone.
+    // Where there is a bus, the engine starts it for the pages, and ends the program if it cannot.
     const char* proxy[] = {"xdg-dbus-proxy", "--version", nullptr};
-    if (!Succeeds(proxy)) return "\"xdg-dbus-proxy\" must be installed.";
+    if (HasSessionBus() && !Succeeds(proxy)) return "\"xdg-dbus-proxy\" must be installed.";
     return {};
 }
 
