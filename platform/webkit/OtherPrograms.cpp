@@ -13,7 +13,7 @@ namespace {
 constexpr std::array<std::string_view, 10> kEngineSchemes{"http", "https", "file", "about",   "data",
                                                           "blob", "ws",    "wss",  "velmora", "javascript"};
 // A mail's text may be part of the address; what matters of it stands first.
-constexpr glong kShownLetters = 200;
+constexpr glong kShownLetters = 80;
 
 /// In small letters; empty if there is none.
 std::string SchemeOf(const std::string& address)
