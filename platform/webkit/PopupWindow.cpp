@@ -79,6 +79,7 @@ WebKitWebView* PopupWindows::Open(WebKitWebView* opener)
     gtk_widget_add_css_class(window, "velmora");
     gtk_window_set_child(GTK_WINDOW(window), NewPageArea(view));
     windows_.push_back(GTK_WINDOW(window));
+    ShowTitle(view, GTK_WINDOW(window));
     Connect(view, window);
     return view;
 }

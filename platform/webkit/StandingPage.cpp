@@ -37,7 +37,8 @@ std::string StandingAddress(WebKitWebView* view)
 std::string StandingSite(WebKitWebView* view)
 {
     const std::string address = StandingAddress(view);
-    if (address.empty()) return address;
+    // Whose an empty page is cannot be told by its address.
+    if (address.empty() || address.starts_with("about:")) return address;
     WebKitSecurityOrigin* origin = webkit_security_origin_new_for_uri(address.c_str());
     char* name = webkit_security_origin_to_string(origin);
     const std::string site = name ? name : address;
