@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 namespace velmora {
 
@@ -46,31 +47,96 @@ std::string Column(sqlite3_stmt* statement, int i)
     return text ? std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(statement, i))) : std::string();
 }
 
+Statement Prepare(const Database& database, const std::string& sql)
+{
+    sqlite3_stmt* prepared = nullptr;
+    if (sqlite3_prepare_v2(database.get(), sql.c_str(), -1, &prepared, nullptr) != SQLITE_OK) Fail(database.get());
+    return Statement(prepared);
+}
+
+void Execute(const Database& database, const char* sql)
+{
+    if (sqlite3_exec(database.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK) Fail(database.get());
+}
+
+std::string NamedColumn(sqlite3_stmt* row, const char* name)
+{
+    for (int i = 0; i < sqlite3_column_count(row); ++i) {
+        if (sqlite3_stricmp(sqlite3_column_name(row, i), name) == 0) return Column(row, i);
+    }
+    throw ProxyTableError(std::string("the proxy table has no column ") + name);
+}
+
+std::string Quoted(std::string name)
+{
+    for (auto i = name.find('"'); i != std::string::npos; i = name.find('"', i + 2)) name.insert(i, 1, '"');
+    return '"' + name + '"';
+}
+
+constexpr const char* kRowId = "_rowid_";
+
+/// The rows of a query, and the columns, the first ones, that tell a row from all others.
+struct Selection {
+    Statement rows;
+    std::vector<std::string> keys;
+};
+
+Selection Select(const Database& database, const std::string& query)
+{
+    constexpr std::string_view kSelect = "select ";
+    if (!std::string_view(query).starts_with(kSelect)) throw ProxyTableError("the query is not known");
+    try {
+        // All that the query asks for stays in it: for less, an index could do, which has its own order.
+        return {Prepare(database, std::string(kSelect) + kRowId + ", " + query.substr(kSelect.size())), {kRowId}};
+    } catch (const ProxyTableError&) {
+        // A table without row ids has a key among its columns.
+        Selection selection{Prepare(database, query), {}};
+        for (int i = 0; i < sqlite3_column_count(selection.rows.get()); ++i) {
+            selection.keys.push_back(Quoted(sqlite3_column_name(selection.rows.get(), i)));
+        }
+        return selection;
+    }
+}
+
+/// What sets `used` in the row that the selection stands at.
+Statement PrepareMark(const Database& database, const Selection& selection, const std::string& mark)
+{
+    std::string sql = "update tblProxy set used = ?1 where true";
+    for (const std::string& key : selection.keys) sql += " and " + key + " is ?";
+    Statement update = Prepare(database, sql);
+    sqlite3_bind_text(update.get(), 1, mark.data(), static_cast<int>(mark.size()), SQLITE_TRANSIENT);
+    for (int i = 0; i < static_cast<int>(selection.keys.size()); ++i) {
+        sqlite3_bind_value(update.get(), i + 2, sqlite3_column_value(selection.rows.get(), i));
+    }
+    return update;
+}
+
+std::optional<ProxyTable::Row> MarkFirst(const Database& database, const std::string& query, const std::string& mark)
+{
+    const Selection selection = Select(database, query);
+    sqlite3_stmt* const row = selection.rows.get();
+    const int result = sqlite3_step(row);
+    if (result == SQLITE_DONE) return std::nullopt;
+    if (result != SQLITE_ROW) Fail(database.get());
+    // Before the values are read as texts, which may change their types.
+    const Statement update = PrepareMark(database, selection, mark);
+    ProxyTable::Row values{NamedColumn(row, "ip"), NamedColumn(row, "port")};
+    if (sqlite3_step(update.get()) != SQLITE_DONE) Fail(database.get());
+    if (sqlite3_changes(database.get()) != 1) throw ProxyTableError("the row could not be marked");
+    return values;
+}
+
 }  // namespace
 
 std::optional<ProxyTable::Row> SqliteProxyTable::TakeFirst(const std::string& path, const std::string& query,
                                                            const std::string& mark)
 {
-    constexpr std::string_view kSelect = "select *";
-    if (!std::string_view(query).starts_with(kSelect)) throw ProxyTableError("the query is not known");
-
     const Database database = Open(path);
-    // One statement, so that the row is read and marked in one step, whoever else has the file open.
-    const std::string update = "update tblProxy set used = ?1 where rowid = (select rowid" +
-                               query.substr(kSelect.size()) + " limit 1) returning ip, port";
-    sqlite3_stmt* prepared = nullptr;
-    if (sqlite3_prepare_v2(database.get(), update.c_str(), -1, &prepared, nullptr) != SQLITE_OK) Fail(database.get());
-    const Statement statement(prepared);
-    sqlite3_bind_text(prepared, 1, mark.data(), static_cast<int>(mark.size()), SQLITE_TRANSIENT);
-
-    std::optional<Row> row;
-    int result = sqlite3_step(prepared);
-    if (result == SQLITE_ROW) {
-        row = Row{Column(prepared, 0), Column(prepared, 1)};
-        result = sqlite3_step(prepared);
-    }
-    if (result != SQLITE_DONE) Fail(database.get());
-    return row;
+    // Nobody else writes between the reading and the marking; what fails on the way is undone by closing.
+    Execute(database, "begin immediate");
+    const std::optional<Row> taken = MarkFirst(database, query, mark);
+    Execute(database, "commit");
+    return taken;
 }
 
 }  // namespace velmora

@@ -200,16 +200,19 @@ protected:
 
 TEST_F(ProxyListOnDisk, HandsOutEachFreeServerOnceAcrossRuns)
 {
-    Execute(
-        "create table tblProxy (id integer primary key, ip text, port, used text, note text);"
-        "insert into tblProxy (ip, port, used) values ('taken', 1, 'Y'), ('first', 8080, 'N'),"
-        " ('never', 2, null), ('second', '3128', ''), ('third', 81.0, 'y')");
-    EXPECT_EQ(Get(), "first|8080");
-    EXPECT_EQ(Get(), "second|3128");
-    Expect({.text = "IE Proxy settings was cleared.", .button = "Ok"});
-    Restart();
-    EXPECT_EQ(Get(), "third|81");
-    EXPECT_EQ(Get(), "third|81") << "all are used";
+    for (const std::string kind : {"", " without rowid"}) {
+        std::filesystem::remove(File());
+        Execute("create table tblProxy (id integer primary key, ip text, port, used text, note text)" + kind +
+                "; create index other_order on tblProxy (used);"
+                "insert into tblProxy values (1, 'taken', 1, 'Y', ''), (2, 'first', 8080, 'N', null),"
+                " (3, 'never', 2, null, ''), (4, 'second', '3128', '', ''), (5, 'third', 81.0, 'y', '')");
+        EXPECT_EQ(Get(), "first|8080") << kind;
+        EXPECT_EQ(Get(), "second|3128") << kind;
+        Expect({.text = "IE Proxy settings was cleared.", .button = "Ok"});
+        Restart();
+        EXPECT_EQ(Get(), "third|81") << kind;
+        EXPECT_EQ(Get(), "third|81") << "all are used";
+    }
 }
 
 TEST_F(ProxyListOnDisk, AFileThatCannotBeUsedChangesNothing)
