@@ -19,6 +19,8 @@ struct FileEntry {
     std::uint64_t Size = 0;  ///< In bytes.
 };
 
+/// A folder or a file that is there but could not be listed or read holds what nobody has seen: until it
+/// could, nothing in it or at its place is written over or deleted.
 class Files {
 public:
     virtual ~Files() = default;

@@ -15,26 +15,31 @@ bool IsXmlName(const std::string& name)
     return name.size() >= 4 && EqualIgnoringCase(std::string_view(name).substr(name.size() - 4), ".xml");
 }
 
-std::vector<FileEntry> FilesOf(Files& files, const std::string& folder)
-{
-    try {
-        return files.List(folder);
-    } catch (const std::exception&) {
-        return {};
-    }
-}
-
 }  // namespace
 
 void frmBrowser::LoadPermanentSession()
 {
     glngNoOfPermanentSession = 0;
-    for (const FileEntry& file : FilesOf(platform_.files, gstrSessionPath)) {
+    for (const FileEntry& file : ListSessionFolder()) {
         LoadSessionFile(file);
         platform_.dialogs.DoEvents();
     }
     if (lvwPermanent.Count() > 0) lvwPermanent.Select(&lvwPermanent.Item(1));
     ShowStatus(std::to_string(glngNoOfPermanentSession) + " Permanent Record");
+}
+
+std::vector<FileEntry> frmBrowser::ListSessionFolder()
+{
+    std::vector<FileEntry> files;
+    try {
+        files = platform_.files.List(gstrSessionPath);
+        if (platform_.files.CanWrite(gstrSessionPath)) return files;
+    } catch (const std::exception&) {
+        // Whatever stands in the way, what the user has to know is the same.
+    }
+    platform_.dialogs.MsgBox("The session folder cannot be used: " + gstrSessionPath + "\nRecords will not be kept.",
+                             Buttons::Ok, Icon::Exclamation);
+    return files;
 }
 
 void frmBrowser::LoadSessionFile(const FileEntry& file)

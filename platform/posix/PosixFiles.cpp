@@ -19,8 +19,10 @@ namespace velmora {
 
 namespace {
 
+/// Some file systems claim a longer limit and count in other units than bytes.
 constexpr std::size_t kMaxNameBytes = 255;
 constexpr std::size_t kKeptNameBytes = 200;
+constexpr std::size_t kHashDigits = 16;
 constexpr std::size_t kMaxExtensionBytes = 16;
 constexpr std::string_view kTemporaryPrefix = ".velmora-write-";
 constexpr std::string_view kTemporaryPattern = "XXXXXX";
@@ -32,16 +34,25 @@ constexpr std::string_view kTemporaryPattern = "XXXXXX";
 
 class Descriptor {
 public:
-    explicit Descriptor(int fd) : fd_(fd) {}
+    explicit Descriptor(int fd = -1) : fd_(fd) {}
     ~Descriptor() { Close(); }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
 
     int Get() const { return fd_; }
     bool Valid() const { return fd_ >= 0; }
-    bool Close() { return fd_ < 0 || ::close(std::exchange(fd_, -1)) == 0; }
+    void Take(int fd)
+    {
+        Close();
+        fd_ = fd;
+    }
 
 private:
+    void Close()
+    {
+        if (fd_ >= 0) ::close(fd_);
+    }
+
     int fd_;
 };
 
@@ -57,18 +68,15 @@ std::string HashOf(std::string_view text)
 {
     std::uint64_t hash = 14695981039346656037u;
     for (const unsigned char c : text) hash = (hash ^ c) * 1099511628211u;
-    std::array<char, 17> digits{};
+    std::array<char, kHashDigits + 1> digits{};
     std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(hash));
     return digits.data();
 }
 
-std::string DiskName(const std::string& name)
+std::size_t NameLimit(const std::string& folder)
 {
-    if (name.size() <= kMaxNameBytes) return name;
-    const auto dot = name.rfind('.');
-    const bool keepsExtension = dot != std::string::npos && name.size() - dot <= kMaxExtensionBytes;
-    const std::string extension = keepsExtension ? name.substr(dot) : std::string();
-    return name.substr(0, kKeptNameBytes) + "-" + HashOf(name) + extension;
+    const long limit = ::pathconf(folder.c_str(), _PC_NAME_MAX);
+    return limit > 0 ? std::min(static_cast<std::size_t>(limit), kMaxNameBytes) : kMaxNameBytes;
 }
 
 /// Where the file of a path really lies. Every operation passes its path through here.
@@ -77,7 +85,8 @@ std::string DiskPath(const std::string& path)
     if (path.find('\0') != std::string::npos) throw FileError("a path cannot hold a zero byte");
     const auto slash = path.rfind('/');
     const auto nameAt = slash == std::string::npos ? 0 : slash + 1;
-    return path.substr(0, nameAt) + DiskName(path.substr(nameAt));
+    const std::string name = path.substr(nameAt);
+    return path.substr(0, nameAt) + PosixFiles::DiskName(name, NameLimit(FolderOf(path)));
 }
 
 bool IsTemporary(std::string_view name)
@@ -103,16 +112,32 @@ void WriteAll(int fd, std::string_view bytes, const std::string& path)
     }
 }
 
-/// A file under a name of its own, deleted again unless it is moved to its place. It is locked as
-/// long as it is being written, which tells it from what a process that ended has left.
+/// Whether an open file still has this name.
+bool IsAt(const std::string& path, const Descriptor& fd)
+{
+    struct stat named {};
+    struct stat open {};
+    return ::lstat(path.c_str(), &named) == 0 && ::fstat(fd.Get(), &open) == 0 && named.st_dev == open.st_dev &&
+           named.st_ino == open.st_ino;
+}
+
+/// The new text of a file, under a name of its own beside it, deleted again unless it is moved to its
+/// place. It is locked until then, which tells it from what a process that ended has left.
 class TemporaryFile {
 public:
-    explicit TemporaryFile(const std::string& folder)
-        : path_(folder + "/" + std::string(kTemporaryPrefix) + std::string(kTemporaryPattern)),
-          fd_(::mkostemp(path_.data(), O_CLOEXEC))
+    explicit TemporaryFile(const std::string& target) : target_(target)
     {
-        if (!fd_.Valid()) Fail("cannot make a file in", folder, errno);
-        ::flock(fd_.Get(), LOCK_EX | LOCK_NB);
+        // Another copy of the program, as it starts, can take the file for a leftover as long as it is not
+        // locked.
+        constexpr int kMostTries = 100;
+        for (int i = 0; i < kMostTries; ++i) {
+            path_ = FolderOf(target) + "/" + std::string(kTemporaryPrefix) + std::string(kTemporaryPattern);
+            fd_.Take(::mkostemp(path_.data(), O_CLOEXEC));
+            if (!fd_.Valid()) Fail("cannot write", target_, errno);
+            const bool isTaken = ::flock(fd_.Get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+            if (!isTaken && IsAt(path_, fd_)) return;
+        }
+        Fail("cannot write", target_, EBUSY);
     }
     ~TemporaryFile()
     {
@@ -123,17 +148,18 @@ public:
 
     void Fill(std::string_view bytes)
     {
-        WriteAll(fd_.Get(), bytes, path_);
-        if (::fsync(fd_.Get()) != 0) Fail("cannot flush", path_, errno);
+        WriteAll(fd_.Get(), bytes, target_);
+        if (::fsync(fd_.Get()) != 0) Fail("cannot write", target_, errno);
     }
 
-    void MoveTo(const std::string& target)
+    void MoveToTarget()
     {
-        if (::rename(path_.c_str(), target.c_str()) != 0) Fail("cannot replace", target, errno);
+        if (::rename(path_.c_str(), target_.c_str()) != 0) Fail("cannot write", target_, errno);
         moved_ = true;
     }
 
 private:
+    std::string target_;
     std::string path_;
     Descriptor fd_;
     bool moved_ = false;
@@ -142,7 +168,27 @@ private:
 void RemoveLeftover(const std::string& path)
 {
     const Descriptor fd(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-    if (fd.Valid() && ::flock(fd.Get(), LOCK_EX | LOCK_NB) == 0) ::unlink(path.c_str());
+    // The name may have gone to another writer's file before the lock was there.
+    if (fd.Valid() && ::flock(fd.Get(), LOCK_EX | LOCK_NB) == 0 && IsAt(path, fd)) ::unlink(path.c_str());
+}
+
+std::string ReadWhole(int fd, const std::string& path)
+{
+    struct stat status {};
+    if (::fstat(fd, &status) != 0) Fail("cannot read", path, errno);
+    if (!S_ISREG(status.st_mode)) throw FileError(path + " is no plain file");
+    std::string bytes;
+    std::vector<char> block(64 * 1024);
+    for (;;) {
+        const ssize_t got = ::read(fd, block.data(), block.size());
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) Fail("cannot read", path, errno);
+        if (got == 0) return bytes;
+        if (bytes.size() + static_cast<std::size_t>(got) > PosixFiles::kMaxBytes) {
+            throw FileError(path + " is too long");
+        }
+        bytes.append(block.data(), static_cast<std::size_t>(got));
+    }
 }
 
 std::string FolderOfRunningProgram()
@@ -161,6 +207,17 @@ PosixFiles::PosixFiles(std::string programFolder)
 {
 }
 
+std::string PosixFiles::DiskName(const std::string& name, std::size_t limit)
+{
+    if (name.size() <= limit) return name;
+    const auto dot = name.rfind('.');
+    const bool keepsExtension = dot != std::string::npos && name.size() - dot <= kMaxExtensionBytes;
+    const std::string extension = keepsExtension ? name.substr(dot) : std::string();
+    constexpr std::size_t kAdded = 1 + kHashDigits + kMaxExtensionBytes;
+    const std::size_t kept = std::min(kKeptNameBytes, limit > kAdded ? limit - kAdded : 0);
+    return name.substr(0, kept) + "-" + HashOf(name) + extension;
+}
+
 bool PosixFiles::Exists(const std::string& path)
 {
     struct stat status {};
@@ -171,6 +228,7 @@ void PosixFiles::MakeFolder(const std::string& path)
 {
     const std::string place = DiskPath(path);
     if (::mkdir(place.c_str(), 0700) != 0) Fail("cannot make", place, errno);
+    unseen_.erase(place);
     SyncFolder(FolderOf(place));
 }
 
@@ -186,22 +244,38 @@ bool PosixFiles::CanWrite(const std::string& folder)
 std::vector<FileEntry> PosixFiles::List(const std::string& folder)
 {
     const std::string place = DiskPath(folder);
+    unseen_.insert(place);
+    std::vector<FileEntry> files = ListPlace(place);
+    unseen_.erase(place);
+    std::sort(files.begin(), files.end(), [](const auto& a, const auto& b) { return a.Name < b.Name; });
+    return files;
+}
+
+std::vector<FileEntry> PosixFiles::ListPlace(const std::string& place)
+{
     const std::unique_ptr<DIR, int (*)(DIR*)> listing(::opendir(place.c_str()), ::closedir);
     if (!listing) Fail("cannot list", place, errno);
+    const int folder = ::dirfd(listing.get());
 
     std::vector<FileEntry> files;
-    while (const dirent* entry = ::readdir(listing.get())) {
+    for (;;) {
+        errno = 0;
+        const dirent* entry = ::readdir(listing.get());
+        if (!entry && errno != 0) Fail("cannot list", place, errno);
+        if (!entry) return files;
         const std::string name = entry->d_name;
         if (IsTemporary(name)) {
             RemoveLeftover(place + "/" + name);
             continue;
         }
         struct stat status {};
-        if (::fstatat(::dirfd(listing.get()), name.c_str(), &status, 0) != 0 || !S_ISREG(status.st_mode)) continue;
+        if (::fstatat(folder, name.c_str(), &status, 0) != 0) {
+            if (errno != ENOENT) unseen_.insert(place + "/" + name);
+            continue;
+        }
+        if (!S_ISREG(status.st_mode)) continue;
         files.push_back({name, static_cast<std::uint64_t>(status.st_size)});
     }
-    std::sort(files.begin(), files.end(), [](const auto& a, const auto& b) { return a.Name < b.Name; });
-    return files;
 }
 
 std::string PosixFiles::Read(const std::string& path)
@@ -209,29 +283,23 @@ std::string PosixFiles::Read(const std::string& path)
     const std::string place = DiskPath(path);
     // Without O_NONBLOCK, opening a pipe would wait for its writer.
     const Descriptor fd(::open(place.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (!fd.Valid() && errno == ENOENT) Fail("cannot open", place, errno);
+    unseen_.insert(place);
     if (!fd.Valid()) Fail("cannot open", place, errno);
-    struct stat status {};
-    if (::fstat(fd.Get(), &status) != 0) Fail("cannot read", place, errno);
-    if (!S_ISREG(status.st_mode)) throw FileError(place + " is no plain file");
-
-    std::string bytes;
-    std::vector<char> block(64 * 1024);
-    for (;;) {
-        const ssize_t got = ::read(fd.Get(), block.data(), block.size());
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) Fail("cannot read", place, errno);
-        if (got == 0) return bytes;
-        if (bytes.size() + static_cast<std::size_t>(got) > kMaxReadBytes) throw FileError(place + " is too long");
-        bytes.append(block.data(), static_cast<std::size_t>(got));
-    }
+    std::string bytes = ReadWhole(fd.Get(), place);
+    unseen_.erase(place);
+    return bytes;
 }
 
-void PosixFiles::Write(const std::string& path, const std::string& bytes)
+void PosixFiles::Write(const std::string& path, const std::string& bytes) { Replace(DiskPath(path), bytes); }
+
+void PosixFiles::Replace(const std::string& place, std::string_view bytes)
 {
-    const std::string place = DiskPath(path);
-    TemporaryFile file(FolderOf(place));
+    if (bytes.size() > kMaxBytes) throw FileError("cannot write " + place + ": it would be too long to be read again");
+    RefuseUnseen("cannot write", place);
+    TemporaryFile file(place);
     file.Fill(bytes);
-    file.MoveTo(place);
+    file.MoveToTarget();
     SyncFolder(FolderOf(place));
 }
 
@@ -240,12 +308,20 @@ void PosixFiles::Delete(const std::string& path)
     const std::string place = DiskPath(path);
     struct stat status {};
     if (::lstat(place.c_str(), &status) != 0) {
-        if (errno == ENOENT) return;
+        if (errno == ENOENT || errno == ENOTDIR) return;
         Fail("cannot look at", place, errno);
     }
     if (!S_ISREG(status.st_mode) && !S_ISLNK(status.st_mode)) return;
+    RefuseUnseen("cannot delete", place);
     if (::unlink(place.c_str()) != 0) Fail("cannot delete", place, errno);
     SyncFolder(FolderOf(place));
+}
+
+void PosixFiles::RefuseUnseen(const std::string& doing, const std::string& place) const
+{
+    if (unseen_.contains(place)) throw FileError(doing + " " + place + ": the file there could not be read");
+    const std::string folder = FolderOf(place);
+    if (unseen_.contains(folder)) throw FileError(doing + " " + place + ": its folder could not be listed");
 }
 
 }  // namespace velmora

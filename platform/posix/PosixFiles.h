@@ -2,23 +2,28 @@
 #pragma once
 
 #include <cstddef>
+#include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Files.h"
 
 namespace velmora {
 
-/// A name (the last component of a path) of more than 255 bytes is more than the file system takes.
-/// Such a file lies under a shorter name that follows from the long one alone; every operation maps
-/// it in the same way, so that callers need not know.
+/// A name (the last component of a path) can be longer than the file system takes. Such a file lies
+/// under a shorter name that follows from the long one and the file system's limit alone; every
+/// operation maps it in the same way, so that callers need not know.
 class PosixFiles : public Files {
 public:
-    /// No record comes near this; a file that is longer is not read.
-    static constexpr std::size_t kMaxReadBytes = 16 * 1024 * 1024;
+    /// No record comes near this; a file that is longer is neither read nor written.
+    static constexpr std::size_t kMaxBytes = 16 * 1024 * 1024;
 
     /// Without a folder, ProgramFolder() is the one that the running program lies in.
     explicit PosixFiles(std::string programFolder = {});
+
+    /// The name under which a file lies where names have at most `limit` bytes.
+    static std::string DiskName(const std::string& name, std::size_t limit);
 
     std::string ProgramFolder() override { return programFolder_; }
     std::string Separator() override { return "/"; }
@@ -26,18 +31,23 @@ public:
     void MakeFolder(const std::string& path) override;
     bool CanWrite(const std::string& folder) override;
     /// Gives names as they lie on disk, in the order of their bytes. On the way it removes what a
-    /// Write that was cut short has left in the folder; a write of another process that is still
-    /// going on is left alone.
+    /// Write that was cut short has left in the folder; a write of another process that is still going on
+    /// is left alone.
     std::vector<FileEntry> List(const std::string& folder) override;
-    /// Fails for anything but a plain file of at most kMaxReadBytes, and never waits for one.
+    /// Fails for anything but a plain file of at most kMaxBytes, and never waits for one.
     std::string Read(const std::string& path) override;
-    /// The file can be read and written by its owner only.
+    /// The file can be read and written by its owner only. Fails for more than kMaxBytes.
     void Write(const std::string& path, const std::string& bytes) override;
     /// What is no plain file (and no link) is left alone.
     void Delete(const std::string& path) override;
 
 private:
+    std::vector<FileEntry> ListPlace(const std::string& place);
+    void Replace(const std::string& place, std::string_view bytes);
+    void RefuseUnseen(const std::string& doing, const std::string& place) const;
+
     std::string programFolder_;
+    std::set<std::string> unseen_;  ///< Folders and files that are there and could not be read.
 };
 
 }  // namespace velmora

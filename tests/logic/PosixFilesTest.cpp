@@ -2,40 +2,40 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <sys/file.h>
-#include <sys/resource.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <thread>
 
 namespace velmora {
 
 namespace fs = std::filesystem;
 
-/// While it lives, no file of this process can grow beyond a few bytes.
-class FullDisk {
-public:
-    FullDisk()
-    {
-        ::getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit small{1000, before_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~FullDisk()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
+/// Runs with a kernel that gives this error for this system call.
+void WithFailing(unsigned call, unsigned error, const std::function<void()>& run)
+{
+    // What a thread has forbidden itself ends with it.
+    std::thread([&] {
+        sock_filter filter[] = {{BPF_LD | BPF_W | BPF_ABS, 0, 0, offsetof(seccomp_data, nr)},
+                                {BPF_JMP | BPF_JEQ | BPF_K, 0, 1, call},
+                                {BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ERRNO | error},
+                                {BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ALLOW}};
+        const sock_fprog program{std::size(filter), filter};
+        ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+        ASSERT_EQ(::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program), 0);
+        run();
+    }).join();
+}
 
-private:
-    void (*handler_)(int) = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before_{};
-};
+std::function<void()> beforeNextLock;
 
 class PosixFilesTest : public testing::Test {
 protected:
@@ -84,6 +84,7 @@ TEST_F(PosixFilesTest, WritesReplaceWholeFilesThatOnlyTheOwnerReads)
     EXPECT_EQ(Names(), "a.xml:5 ");
     EXPECT_THROW(files.MakeFolder(Path("session")), FileError);
     EXPECT_THROW(files.MakeFolder(Path("a.xml/under")), FileError);
+    files.Delete(Path("a.xml/under"));
     files.Delete(Path("a.xml"));
     files.Delete(Path("a.xml"));
     files.Delete(Path("session"));
@@ -100,12 +101,28 @@ TEST_F(PosixFilesTest, AWriteThatFailsLeavesTheFolderAsItWas)
     EXPECT_THROW(files.Write(Path(std::string("a\0.xml", 6)), "x"), FileError);
     EXPECT_THROW(files.List(Path("none")), FileError);
     files.Write(Path("a.xml"), "old");
-    {
-        const FullDisk full;
-        EXPECT_THROW(files.Write(Path("a.xml"), std::string(100000, 'x')), FileError);
+    for (const unsigned call : {SYS_write, SYS_fsync, SYS_rename}) {
+        WithFailing(call, ENOSPC, [&] { EXPECT_THROW(files.Write(Path("a.xml"), "new"), FileError); });
     }
+    EXPECT_THROW(files.Write(Path("a.xml"), std::string(PosixFiles::kMaxBytes + 1, 'x')), FileError);
     EXPECT_EQ(files.Read(Path("a.xml")), "old");
     EXPECT_EQ(OnDisk(), 2);
+}
+
+TEST_F(PosixFilesTest, WhatCouldNotBeReadIsNotWrittenOver)
+{
+    files.Write(Path("a.xml"), "a");
+    files.Write(Path("b.xml"), "b");
+    WithFailing(SYS_getdents64, EIO, [this] { EXPECT_THROW(files.List(folder), FileError); });
+    EXPECT_THROW(files.Write(Path("a.xml"), "new"), FileError);
+    EXPECT_THROW(files.Delete(Path("a.xml")), FileError);
+    files.Delete(Path("none.xml"));
+    EXPECT_EQ(Names(), "a.xml:1 b.xml:1 ");
+    WithFailing(SYS_read, EIO, [this] { EXPECT_THROW(files.Read(Path("a.xml")), FileError); });
+    EXPECT_THROW(files.Write(Path("a.xml"), "new"), FileError);
+    EXPECT_EQ(files.Read(Path("a.xml")), "a");
+    files.Write(Path("a.xml"), "new");
+    files.Write(Path("b.xml"), "new");
 }
 
 TEST_F(PosixFilesTest, NamesThatAreTooLongAreMappedAlikeEverywhere)
@@ -114,6 +131,7 @@ TEST_F(PosixFilesTest, NamesThatAreTooLongAreMappedAlikeEverywhere)
     const std::string longer = std::string(252, 'a') + ".xml";
     const std::string other = std::string(3000, 'a') + ".xml";
     int n = 0;
+    EXPECT_LE(PosixFiles::DiskName(fits, 143).size(), 143U) << "a file system with a lower limit";
     for (const auto& name : {fits, longer, other}) files.Write(Path(name), std::to_string(++n));
     EXPECT_TRUE(fs::exists(Path(fits)));
     EXPECT_EQ(files.Read(Path(fits)) + files.Read(Path(longer)) + files.Read(Path(other)), "123");
@@ -138,9 +156,9 @@ TEST_F(PosixFilesTest, OnlyPlainFilesAreReadAndNeverForever)
     }
     EXPECT_EQ(Names(), "");
     std::ofstream(Path("big.xml")).close();
-    fs::resize_file(Path("big.xml"), PosixFiles::kMaxReadBytes);
-    EXPECT_EQ(files.Read(Path("big.xml")).size(), PosixFiles::kMaxReadBytes);
-    fs::resize_file(Path("big.xml"), PosixFiles::kMaxReadBytes + 1);
+    fs::resize_file(Path("big.xml"), PosixFiles::kMaxBytes);
+    EXPECT_EQ(files.Read(Path("big.xml")).size(), PosixFiles::kMaxBytes);
+    fs::resize_file(Path("big.xml"), PosixFiles::kMaxBytes + 1);
     EXPECT_THROW(files.Read(Path("big.xml")), FileError);
 }
 
@@ -158,6 +176,9 @@ TEST_F(PosixFilesTest, ListingRemovesWhatInterruptedWritesHaveLeft)
     ::close(writer);
     EXPECT_EQ(Names(), ".velmora-writes.txt:8 a.xml:1 ");
     EXPECT_EQ(OnDisk(), 2);
+    beforeNextLock = [this] { PosixFiles().List(folder); };
+    files.Write(Path("a.xml"), "another copy starts in the middle of it");
+    EXPECT_EQ(Names(), ".velmora-writes.txt:8 a.xml:39 ");
 }
 
 TEST_F(PosixFilesTest, KnowsWhereTheProgramLies)
@@ -167,3 +188,9 @@ TEST_F(PosixFilesTest, KnowsWhereTheProgramLies)
 }
 
 }  // namespace velmora
+
+extern "C" int flock(int fd, int operation) noexcept
+{
+    if (velmora::beforeNextLock) std::exchange(velmora::beforeNextLock, nullptr)();
+    return static_cast<int>(::syscall(SYS_flock, fd, operation));
+}

@@ -142,6 +142,8 @@ TEST_F(PermanentStore, NoFaultOfTheDiskLosesARecordThatWasThere)
     Press(Program().cmdSave);
     EXPECT_EQ(List().Item(1).Text(), "new");
     EXPECT_EQ(SessionFile("h_p.xml"), before);
+    EXPECT_EQ(Shown(), Lines{}) << "the logic is silent";
+    files.KeepsAll = true;
     dialogs.Answers = {Answer::Yes};
     OpenRecords(0, 1);
     Press(Program().cmdDelete);
@@ -180,12 +182,20 @@ TEST_F(PermanentStore, ButtonsNeedASelection)
     EXPECT_FALSE(Program().mnuHideRecord.Checked());
 }
 
-TEST_F(PermanentStore, AFolderThatCannotBeMadeIsToldOnce)
+TEST_F(PermanentStore, AFolderThatCannotBeUsedIsToldOnce)
 {
+    const Lines told{"The session folder cannot be used: /app/session\nRecords will not be kept. (!)"};
+    files.ReadOnly = true;
+    Restart();
+    EXPECT_EQ(Shown(), told);
+    files.ReadOnly = false;
+    files.Unlistable = true;
+    Restart();
+    EXPECT_EQ(Shown(), told);
     files.Folders.erase("/app/session");
     files.ReadOnly = true;
     Restart();
-    EXPECT_EQ(Shown().size(), 1u);
+    EXPECT_EQ(Shown(), told);
     EXPECT_EQ(statusAtStart, "0 Permanent Record");
     EXPECT_EQ(Engine().Visited.back(), "velmora://guide/");
 }

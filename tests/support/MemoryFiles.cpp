@@ -10,7 +10,7 @@ void MemoryFiles::MakeFolder(const std::string& path)
 
 std::vector<FileEntry> MemoryFiles::List(const std::string& folder)
 {
-    if (!Folders.contains(folder)) throw FileError("no folder " + folder);
+    if (Unlistable || !Folders.contains(folder)) throw FileError("no folder " + folder);
     std::vector<FileEntry> files;
     for (const auto& [path, text] : Texts) {
         const auto name = path.rfind('/') + 1;
@@ -34,7 +34,7 @@ void MemoryFiles::Write(const std::string& path, const std::string& bytes)
 
 void MemoryFiles::Delete(const std::string& path)
 {
-    if (ReadOnly) throw FileError("cannot delete " + path);
+    if (KeepsAll) throw FileError("cannot delete " + path);
     Texts.erase(path);
 }
 

@@ -29,7 +29,9 @@ public:
     std::map<std::string, std::string> Texts;  ///< Bytes by path.
     std::set<std::string> Folders{"/app"};
     std::set<std::string> Locked;  ///< Files that cannot be read.
-    bool ReadOnly = false;         ///< Every write and deletion fails.
+    bool ReadOnly = false;         ///< Every write fails.
+    bool KeepsAll = false;         ///< Every deletion fails.
+    bool Unlistable = false;
 };
 
 class MemoryProxy : public Proxy {
