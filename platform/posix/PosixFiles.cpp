@@ -15,6 +15,8 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/CodePage.h"
+
 namespace velmora {
 
 namespace {
@@ -87,6 +89,13 @@ std::string DiskPath(const std::string& path)
     const auto nameAt = slash == std::string::npos ? 0 : slash + 1;
     const std::string name = path.substr(nameAt);
     return path.substr(0, nameAt) + PosixFiles::DiskName(name, NameLimit(FolderOf(path)));
+}
+
+bool IsRecord(std::string_view name)
+{
+    constexpr std::string_view kExtension = ".xml";
+    return name.size() >= kExtension.size() &&
+           EqualIgnoringCase(name.substr(name.size() - kExtension.size()), kExtension);
 }
 
 bool IsTemporary(std::string_view name)
@@ -170,6 +179,16 @@ void RemoveLeftover(const std::string& path)
     const Descriptor fd(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     // The name may have gone to another writer's file before the lock was there.
     if (fd.Valid() && ::flock(fd.Get(), LOCK_EX | LOCK_NB) == 0 && IsAt(path, fd)) ::unlink(path.c_str());
+}
+
+bool IsOpenToOthers(const struct stat& status) { return (status.st_mode & (S_IRWXG | S_IRWXO)) != 0; }
+
+/// Takes from everybody but the owner, which is this user, what rights they have. No failure matters.
+void TakeRightsFromOthers(int fd, mode_t kept)
+{
+    struct stat status {};
+    const bool isOurs = ::fstat(fd, &status) == 0 && status.st_uid == ::geteuid();
+    if (isOurs && IsOpenToOthers(status)) ::fchmod(fd, status.st_mode & kept);
 }
 
 std::string ReadWhole(int fd, const std::string& path)
@@ -256,6 +275,7 @@ std::vector<FileEntry> PosixFiles::ListPlace(const std::string& place)
     const std::unique_ptr<DIR, int (*)(DIR*)> listing(::opendir(place.c_str()), ::closedir);
     if (!listing) Fail("cannot list", place, errno);
     const int folder = ::dirfd(listing.get());
+    TakeRightsFromOthers(folder, S_IRWXU);
 
     std::vector<FileEntry> files;
     for (;;) {
@@ -275,6 +295,9 @@ std::vector<FileEntry> PosixFiles::ListPlace(const std::string& place)
         }
         if (!S_ISREG(status.st_mode)) continue;
         files.push_back({name, static_cast<std::uint64_t>(status.st_size)});
+        if (!IsRecord(name) || !IsOpenToOthers(status)) continue;
+        const Descriptor file(::openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+        if (file.Valid()) TakeRightsFromOthers(file.Get(), S_IRUSR | S_IWUSR);
     }
 }
 

@@ -30,9 +30,10 @@ public:
     bool Exists(const std::string& path) override;
     void MakeFolder(const std::string& path) override;
     bool CanWrite(const std::string& folder) override;
-    /// Gives names as they lie on disk, in the order of their bytes. On the way it removes what a
-    /// Write that was cut short has left in the folder; a write of another process that is still going on
-    /// is left alone.
+    /// Gives names as they lie on disk, in the order of their bytes. On the way it puts the folder in
+    /// order: it takes the rights of other users to it and to the user's own ".xml" files, and it removes
+    /// what a Write that was cut short has left. A write of another process that is still going on is left
+    /// alone.
     std::vector<FileEntry> List(const std::string& folder) override;
     /// Fails for anything but a plain file of at most kMaxBytes, and never waits for one.
     std::string Read(const std::string& path) override;

@@ -181,6 +181,17 @@ TEST_F(PosixFilesTest, ListingRemovesWhatInterruptedWritesHaveLeft)
     EXPECT_EQ(Names(), ".velmora-writes.txt:8 a.xml:39 ");
 }
 
+TEST_F(PosixFilesTest, ListingTakesTheRightsOfOthersToRecords)
+{
+    for (const char* name : {"a.XML", "b.txt"}) std::ofstream(Path(name)) << "1";
+    for (const char* name : {"", "a.XML", "b.txt"}) ::chmod(Path(name).c_str(), 0755);
+    fs::create_symlink("b.txt", Path("link.xml"));
+    files.List(folder);
+    EXPECT_EQ(ModeOf(folder), 0700U);
+    EXPECT_EQ(ModeOf(Path("a.XML")), 0600U);
+    EXPECT_EQ(ModeOf(Path("b.txt")), 0755U);
+}
+
 TEST_F(PosixFilesTest, KnowsWhereTheProgramLies)
 {
     EXPECT_TRUE(fs::exists(files.ProgramFolder() + "/velmora_logic_tests"));
