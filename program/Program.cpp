@@ -30,6 +30,7 @@ Program::Program(Desktop& desktop, Dialogs& dialogs, const Options& options)
       view_(form_, desktop, [this](WebBrowser&) { return Glib::wrap(engine_.Widget()); })
 {
     proxy_.Attach(engine_.Session());
+    files_.WriteFailed = [&dialogs](const std::string& why) { dialogs.Tell("A change was not kept: " + why); };
 }
 
 Program::~Program() { proxy_.Attach(nullptr); }

@@ -314,7 +314,17 @@ std::string PosixFiles::Read(const std::string& path)
     return bytes;
 }
 
-void PosixFiles::Write(const std::string& path, const std::string& bytes) { Replace(DiskPath(path), bytes); }
+void PosixFiles::Write(const std::string& path, const std::string& bytes)
+{
+    try {
+        Replace(DiskPath(path), bytes);
+        failures_.erase(path);
+    } catch (const FileError& error) {
+        const std::string why = error.what();
+        if (std::exchange(failures_[path], why) != why && WriteFailed) WriteFailed(why);
+        throw;
+    }
+}
 
 void PosixFiles::Replace(const std::string& place, std::string_view bytes)
 {

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
@@ -24,6 +26,10 @@ public:
 
     /// The name under which a file lies where names have at most `limit` bytes.
     static std::string DiskName(const std::string& name, std::size_t limit);
+
+    /// Called when a write fails, with the file and the reason. The same failure of the same file is
+    /// told once, until that file can be written again.
+    std::function<void(const std::string& why)> WriteFailed;
 
     std::string ProgramFolder() override { return programFolder_; }
     std::string Separator() override { return "/"; }
@@ -48,7 +54,8 @@ private:
     void RefuseUnseen(const std::string& doing, const std::string& place) const;
 
     std::string programFolder_;
-    std::set<std::string> unseen_;  ///< Folders and files that are there and could not be read.
+    std::set<std::string> unseen_;                 ///< Folders and files that are there and could not be read.
+    std::map<std::string, std::string> failures_;  ///< Why the last write of a file failed, by its path.
 };
 
 }  // namespace velmora

@@ -213,6 +213,13 @@ TEST_F(DialogOnScreen, TheHomePageIsSavedByEnterOnly)
     InDialog("Default Home Page Setup", open, type("Return"));
     EXPECT_THAT(FileText("Velmora.xml"), HasSubstr("<Home>a:b</Home>"));
     EXPECT_EQ(Status(), "Setting is updated");
+    std::filesystem::remove_all(folder_ / "session");
+    std::ofstream(folder_ / "session") << "in the way";
+    for (int i = 0; i < 2; ++i) InDialog("Default Home Page Setup", open, type("Return"));
+    EXPECT_THAT(dynamic_cast<Gtk::Label&>(Widget("lblNotice")).get_text().raw(),
+                HasSubstr("session/Velmora.xml: Not a directory"));
+    Press("cmdNoticeClose");
+    EXPECT_FALSE(Widget("Notice").get_visible()) << "told once";
 }
 
 TEST_F(DialogOnScreen, TheAboutBoxShowsItsLogoAndClosesByKey)

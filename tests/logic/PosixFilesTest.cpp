@@ -101,12 +101,15 @@ TEST_F(PosixFilesTest, AWriteThatFailsLeavesTheFolderAsItWas)
     EXPECT_THROW(files.Write(Path(std::string("a\0.xml", 6)), "x"), FileError);
     EXPECT_THROW(files.List(Path("none")), FileError);
     files.Write(Path("a.xml"), "old");
+    std::vector<std::string> told;
+    files.WriteFailed = [&told](const std::string& why) { told.push_back(why.substr(why.rfind(": "))); };
     for (const unsigned call : {SYS_write, SYS_fsync, SYS_rename}) {
         WithFailing(call, ENOSPC, [&] { EXPECT_THROW(files.Write(Path("a.xml"), "new"), FileError); });
     }
     EXPECT_THROW(files.Write(Path("a.xml"), std::string(PosixFiles::kMaxBytes + 1, 'x')), FileError);
     EXPECT_EQ(files.Read(Path("a.xml")), "old");
     EXPECT_EQ(OnDisk(), 2);
+    EXPECT_EQ(told, (std::vector<std::string>{": No space left on device", ": it would be too long to be read again"}));
 }
 
 TEST_F(PosixFilesTest, WhatCouldNotBeReadIsNotWrittenOver)

@@ -185,15 +185,14 @@ TEST_F(PermanentStore, ButtonsNeedASelection)
 TEST_F(PermanentStore, AFolderThatCannotBeUsedIsToldOnce)
 {
     const Lines told{"The session folder cannot be used: /app/session\nRecords will not be kept. (!)"};
-    files.ReadOnly = true;
-    Restart();
-    EXPECT_EQ(Shown(), told);
-    files.ReadOnly = false;
     files.Unlistable = true;
     Restart();
     EXPECT_EQ(Shown(), told);
-    files.Folders.erase("/app/session");
+    files.Unlistable = false;
     files.ReadOnly = true;
+    Restart();
+    EXPECT_EQ(Shown(), told);
+    files.Folders.erase("/app/session");
     Restart();
     EXPECT_EQ(Shown(), told);
     EXPECT_EQ(statusAtStart, "0 Permanent Record");
