@@ -47,14 +47,12 @@ bool ClientArea::MoveFocus(Gtk::DirectionType direction)
     if (direction == Gtk::DirectionType::TAB_BACKWARD) std::reverse(order.begin(), order.end());
     auto next = order.begin();
     for (auto stop = order.begin(); stop != order.end(); ++stop) {
-        if (!HoldsFocus(*stop->widget)) continue;
+        if (!stop->HoldsFocus()) continue;
         if (stop->keepsTab && stop->widget->child_focus(direction)) return true;
         next = stop + 1;
         break;
     }
-    return std::any_of(next, order.end(), [direction](const FocusStop& stop) {
-        return stop.widget->get_mapped() && stop.widget->child_focus(direction);
-    });
+    return std::any_of(next, order.end(), [direction](const FocusStop& stop) { return stop.Enter(direction); });
 }
 
 Gdk::Rectangle ClientArea::Place(const Control& control) const

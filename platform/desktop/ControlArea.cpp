@@ -21,11 +21,12 @@ ControlArea::ControlArea(ViewContext& context) : Glib::ObjectBase("velmora_Contr
     set_overflow(Gtk::Overflow::HIDDEN);
 }
 
-void ControlArea::Add(Control& control, Gtk::Widget& view, Gtk::Widget& widget)
+ControlSlot& ControlArea::Add(Control& control, Gtk::Widget& view, Gtk::Widget& widget)
 {
     auto* slot = Gtk::make_managed<ControlSlot>(control, view, widget, context_);
     slot->set_parent(*this);
     slots_.push_back(slot);
+    return *slot;
 }
 
 Gdk::Rectangle ControlArea::Place(const Control& control) const { return PlaceOf(control); }

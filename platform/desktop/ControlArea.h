@@ -11,9 +11,9 @@ class ControlArea : public Gtk::Widget {
 public:
     explicit ControlArea(ViewContext& context);
 
-    /// Adds the widget of a control, in front of those that are there. `view` is what holds the
-    /// widget, or the same. Both are managed.
-    void Add(Control& control, Gtk::Widget& view, Gtk::Widget& widget);
+    /// Adds the widget of a control, in front of those that are there, and gives what holds its place.
+    /// `view` is what holds the widget, or the same. Both are managed.
+    ControlSlot& Add(Control& control, Gtk::Widget& view, Gtk::Widget& widget);
 
 protected:
     /// Where a control is to be; empty for a control that is not shown now.

@@ -18,8 +18,10 @@ public:
 
 private:
     void Replace();
+    void Enable(bool isEnabled);
 
     Control& control_;
+    Gtk::Widget& widget_;
     ViewContext& context_;
     std::vector<Subscription> subscriptions_;
 };

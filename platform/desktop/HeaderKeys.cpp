@@ -8,8 +8,8 @@
 
 namespace velmora {
 
-HeaderKeys::HeaderKeys(Gtk::ColumnView& view, std::function<void(int column)> press)
-    : view_(view), press_(std::move(press))
+HeaderKeys::HeaderKeys(Gtk::ColumnView& view, std::function<bool()> isAtTop, std::function<void(int column)> press)
+    : view_(view), isAtTop_(std::move(isAtTop)), press_(std::move(press))
 {
     auto keys = Gtk::EventControllerKey::create();
     keys->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
@@ -41,9 +41,7 @@ bool HeaderKeys::OnListKey(guint key, Gdk::ModifierType state)
     for (const Gtk::Widget* title : titles_) {
         if (title->has_focus()) return false;
     }
-    const auto selection = view_.get_model()->get_selection();
-    const bool isBelowFirst = !selection->is_empty() && selection->get_minimum() > 0;
-    return !isBelowFirst && FocusTitle(0);
+    return isAtTop_() && FocusTitle(0);
 }
 
 bool HeaderKeys::OnTitleKey(std::size_t title, guint key)
@@ -56,7 +54,9 @@ bool HeaderKeys::OnTitleKey(std::size_t title, guint key)
     case GDK_KEY_Right: FocusTitle(title + 1); break;
     case GDK_KEY_Down:
         // The rows are the view's last child; the titles' row is the first.
-        if (Gtk::Widget* rows = view_.get_last_child()) rows->child_focus(Gtk::DirectionType::TAB_FORWARD);
+        if (Gtk::Widget* rows = view_.get_last_child()) {
+            if (!rows->child_focus(Gtk::DirectionType::TAB_FORWARD)) rows->grab_focus();
+        }
         break;
     case GDK_KEY_Return:
     case GDK_KEY_KP_Enter:

@@ -11,8 +11,9 @@ namespace velmora {
 
 class HeaderKeys {
 public:
-    /// `press` is called with the number of a column, counted from 1. The view must outlive this.
-    HeaderKeys(Gtk::ColumnView& view, std::function<void(int column)> press);
+    /// `isAtTop` tells whether the focus is in no row but the first; `press` is called with the number of
+    /// a column, counted from 1. The view must outlive this.
+    HeaderKeys(Gtk::ColumnView& view, std::function<bool()> isAtTop, std::function<void(int column)> press);
 
     /// The title of the next column. Titles that are gone are forgotten with Clear.
     void Add(Gtk::Widget& title);
@@ -26,6 +27,7 @@ private:
     void Reveal(Gtk::Widget& title);
 
     Gtk::ColumnView& view_;
+    std::function<bool()> isAtTop_;
     std::function<void(int)> press_;
     std::vector<Gtk::Widget*> titles_;
 };

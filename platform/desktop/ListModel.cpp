@@ -107,19 +107,6 @@ bool ListModel::select_item_vfunc(guint position, bool)
     return row != nullptr;
 }
 
-bool ListModel::unselect_item_vfunc(guint position)
-{
-    if (!is_selected_vfunc(position)) return false;
-    list_.Select(nullptr);
-    return true;
-}
-
-bool ListModel::unselect_all_vfunc()
-{
-    list_.Select(nullptr);
-    return true;
-}
-
 ListItem* ListModel::RowAt(guint position) const
 {
     // A row that is gone from the list may still be announced while its going is being told.

@@ -39,11 +39,12 @@ protected:
     bool is_selected_vfunc(guint position) const override;
     Glib::RefPtr<const Gtk::Bitset> get_selection_vfunc(guint position, guint count) override;
     bool select_item_vfunc(guint position, bool unselectRest) override;
-    bool unselect_item_vfunc(guint position) override;
+    // The user chooses another row, never none.
+    bool unselect_item_vfunc(guint) override { return false; }
     bool select_range_vfunc(guint, guint, bool) override { return false; }
     bool unselect_range_vfunc(guint, guint) override { return false; }
     bool select_all_vfunc() override { return false; }
-    bool unselect_all_vfunc() override;
+    bool unselect_all_vfunc() override { return false; }
     bool set_selection_vfunc(const Glib::RefPtr<const Gtk::Bitset>&, const Glib::RefPtr<const Gtk::Bitset>&) override
     {
         return false;

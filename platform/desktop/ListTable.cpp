@@ -3,12 +3,14 @@
 #include <gtkmm/columnviewcolumn.h>
 #include <gtkmm/gestureclick.h>
 #include <gtkmm/label.h>
+#include <gtkmm/root.h>
 #include <gtkmm/signallistitemfactory.h>
 
 #include "platform/desktop/Caption.h"
 #include "platform/desktop/DisplayText.h"
 #include "platform/desktop/ListModel.h"
 #include "platform/desktop/Pixels.h"
+#include "platform/desktop/ViewContext.h"
 
 namespace velmora {
 namespace {
@@ -28,24 +30,32 @@ public:
 
     void Bind(ListItem& row)
     {
+        row_ = &row;
         Show(row);
         changed_ = row.Changed.Connect([this, &row] { Show(row); });
     }
-    void Unbind() { changed_.Reset(); }
+    void Unbind()
+    {
+        row_ = nullptr;
+        changed_.Reset();
+    }
+    const ListItem* Row() const { return row_; }
 
 private:
     void Show(const ListItem& row) { set_text(OneLine(row.Cell(column_))); }
 
     const int column_;
+    const ListItem* row_ = nullptr;
     Subscription changed_;
 };
 
-/// The label inside a widget of the toolkit; null if there is none.
-Gtk::Label* FindLabel(Gtk::Widget& widget)
+/// The first widget of a kind inside a widget of the toolkit, itself included; null if there is none.
+template <class Kind>
+Kind* FindInside(Gtk::Widget& widget)
 {
-    if (auto* label = dynamic_cast<Gtk::Label*>(&widget)) return label;
+    if (auto* found = dynamic_cast<Kind*>(&widget)) return found;
     for (Gtk::Widget* child = widget.get_first_child(); child; child = child->get_next_sibling()) {
-        if (Gtk::Label* label = FindLabel(*child)) return label;
+        if (Kind* found = FindInside<Kind>(*child)) return found;
     }
     return nullptr;
 }
@@ -70,7 +80,8 @@ Glib::RefPtr<Gtk::ListItemFactory> CellFactory(int column)
 
 ListTable::ListTable(velmora::ListView& list)
     : list_(list), columns_(*Gtk::make_managed<Gtk::ColumnView>()),
-      keys_(columns_, [this](int column) { PressTitle(column); })
+      keys_(
+          columns_, [this] { return IsAtTop(); }, [this](int column) { PressTitle(column); })
 {
     add_css_class("list");
     columns_.set_model(ListModel::Create(list));
@@ -115,7 +126,7 @@ Gtk::Widget* ListTable::NewestTitle()
 
 void ListTable::FitTitle(Gtk::Widget& title, int width)
 {
-    Gtk::Label* const label = FindLabel(title);
+    Gtk::Label* const label = FindInside<Gtk::Label>(title);
     if (!label) return;
     label->signal_map().connect([label, width] { FitCaption(*label, width - kTitleInset, kTitleHeight); });
 }
@@ -129,6 +140,20 @@ void ListTable::WatchClicks(Gtk::Widget& title, int column)
         if (title.contains(x, y)) PressTitle(column);
     });
     title.add_controller(click);
+}
+
+bool ListTable::TakeFocus(Gtk::DirectionType direction)
+{
+    // The rows are the view's last child; the titles' row is the first.
+    Gtk::Widget* const rows = columns_.get_last_child();
+    return columns_.child_focus(direction) || (rows && rows->grab_focus());
+}
+
+bool ListTable::IsAtTop()
+{
+    Gtk::Widget* const focus = HoldsFocus(columns_) ? get_root()->get_focus() : nullptr;
+    const Cell* const cell = focus && focus != columns_.get_last_child() ? FindInside<Cell>(*focus) : nullptr;
+    return !cell || list_.Count() == 0 || cell->Row() == &list_.Item(1);
 }
 
 void ListTable::PressTitle(int column)

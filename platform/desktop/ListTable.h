@@ -16,6 +16,8 @@ public:
     explicit ListTable(velmora::ListView& list);
 
     Gtk::ColumnView& Columns() { return columns_; }
+    /// Gives the focus to a row or, where there is none, to the list itself.
+    bool TakeFocus(Gtk::DirectionType direction);
 
 private:
     void RebuildColumns();
@@ -27,6 +29,8 @@ private:
     void WatchClicks(Gtk::Widget& title, int column);
 
     void PressTitle(int column);
+    /// True unless the focus is in a row with another one above it.
+    bool IsAtTop();
 
     velmora::ListView& list_;
     Gtk::ColumnView& columns_;

@@ -71,7 +71,7 @@ void MainWindowView::OnResized(int width, int height)
 void MainWindowView::NoteFocus()
 {
     for (const FocusStop& stop : context_.stops) {
-        if (HoldsFocus(*stop.widget)) lastFocus_ = stop.widget;
+        if (stop.HoldsFocus()) lastFocus_ = stop.widget;
     }
 }
 

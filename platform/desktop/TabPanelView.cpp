@@ -47,6 +47,12 @@ void TabPanelView::ShowTab()
     queue_allocate();
 }
 
+bool TabPanelView::FocusShownTab()
+{
+    const auto shown = static_cast<std::size_t>(control_.Tab());
+    return shown < tabs_.size() && tabs_[shown]->grab_focus();
+}
+
 Gdk::Rectangle TabPanelView::Place(const Control& control) const
 {
     return control.Page == control_.Tab() ? ControlArea::Place(control) : Gdk::Rectangle(0, 0, 0, 0);

@@ -15,6 +15,8 @@ public:
 
     /// The tabs themselves, which take the keyboard focus.
     Gtk::Widget& Strip() { return strip_; }
+    /// Gives the focus to the tab that is shown.
+    bool FocusShownTab();
 
 protected:
     Gdk::Rectangle Place(const Control& control) const override;

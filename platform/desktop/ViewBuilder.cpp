@@ -39,8 +39,8 @@ void ViewBuilder::Build(Container& container)
 
 void ViewBuilder::Put(Control& control, Gtk::Widget& widget, bool keepsTab)
 {
-    area_.Add(control, widget, widget);
-    context_.stops.push_back({&control, &widget, keepsTab});
+    ControlSlot& place = area_.Add(control, widget, widget);
+    context_.stops.push_back({&control, &widget, &place, keepsTab});
 }
 
 void ViewBuilder::Visit(CommandButton& control)
@@ -82,8 +82,9 @@ void ViewBuilder::Visit(Frame& control)
 void ViewBuilder::Visit(SSTab& control)
 {
     auto* panel = Gtk::make_managed<TabPanelView>(control, context_);
-    area_.Add(control, *panel, *panel);
-    context_.stops.push_back({&control, &panel->Strip()});
+    ControlSlot& place = area_.Add(control, *panel, *panel);
+    const auto enter = [panel](Gtk::DirectionType) { return panel->FocusShownTab(); };
+    context_.stops.push_back({&control, &panel->Strip(), &place, false, enter});
     ViewBuilder(*panel, context_).Build(control);
 }
 
@@ -96,8 +97,9 @@ void ViewBuilder::Visit(StatusBar& control)
 void ViewBuilder::Visit(ListView& control)
 {
     auto* table = Gtk::make_managed<ListTable>(control);
-    area_.Add(control, *table, table->Columns());
-    context_.stops.push_back({&control, &table->Columns()});
+    ControlSlot& place = area_.Add(control, *table, table->Columns());
+    const auto enter = [table](Gtk::DirectionType direction) { return table->TakeFocus(direction); };
+    context_.stops.push_back({&control, &table->Columns(), &place, false, enter});
 }
 
 void ViewBuilder::Visit(WebBrowser& control)

@@ -30,6 +30,18 @@ bool HoldsFocus(Gtk::Widget& widget)
     return focus && (focus == &widget || focus->is_ancestor(widget));
 }
 
+bool FocusStop::HoldsFocus() const
+{
+    Gtk::Root* root = place->get_root();
+    return velmora::HoldsFocus(*widget) || (root && root->get_focus() == place);
+}
+
+bool FocusStop::Enter(Gtk::DirectionType direction) const
+{
+    if (!widget->get_mapped() || !widget->is_sensitive()) return false;
+    return enter ? enter(direction) : widget->child_focus(direction);
+}
+
 void ViewContext::MoveFocus(Gtk::Widget& widget)
 {
     later_.disconnect();

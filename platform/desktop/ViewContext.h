@@ -15,7 +15,15 @@ namespace velmora {
 struct FocusStop {
     Control* control;
     Gtk::Widget* widget;
+    Gtk::Widget* place;     ///< What gives the control its place.
     bool keepsTab = false;  ///< Tab goes from place to place within it before it leaves.
+    /// Takes the focus that the Tab key brings from elsewhere; empty: as the toolkit does it.
+    std::function<bool(Gtk::DirectionType)> enter = {};
+
+    /// True if the focus is in the widget, or at its place while it is disabled.
+    bool HoldsFocus() const;
+    /// Gives it the focus; false if it cannot take it now.
+    bool Enter(Gtk::DirectionType direction) const;
 };
 
 class ViewContext {

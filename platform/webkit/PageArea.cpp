@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <utility>
 
 #include "platform/webkit/FindBar.h"
 
@@ -49,6 +50,7 @@ struct PageKeys {
 
     bool Press(guint key, GdkModifierType state)
     {
+        isTabUnused = key == GDK_KEY_Tab || key == GDK_KEY_ISO_Left_Tab || key == GDK_KEY_KP_Tab;
         if (state & GDK_ALT_MASK) return false;
         if (state & GDK_CONTROL_MASK) return WithControl(key);
         if (key == GDK_KEY_F3) {
@@ -62,7 +64,10 @@ struct PageKeys {
 
     WebKitWebView* view;
     FindBar find;
+    bool isTabUnused = false;  ///< The page has left a Tab key to the window, which moves the focus now.
 };
+
+constexpr char kKeys[] = "velmora-keys";
 
 gboolean OnKey(GtkEventControllerKey*, guint key, guint, GdkModifierType state, PageKeys* keys)
 {
@@ -77,13 +82,57 @@ gboolean OnWheel(GtkEventControllerScroll* wheel, double, double down, PageKeys*
     return TRUE;
 }
 
+bool HoldsFocus(GtkWidget* widget)
+{
+    GtkRoot* root = gtk_widget_get_root(widget);
+    GtkWidget* focus = root ? gtk_root_get_focus(root) : nullptr;
+    return focus && (focus == widget || gtk_widget_is_ancestor(focus, widget));
+}
+
+/// The box of a page's alert, prompt or sign-in, which the view holds in itself; null if there is none.
+GtkWidget* BoxInView(GtkWidget* view)
+{
+    GtkWidget* child = gtk_widget_get_first_child(view);
+    // The helper of the input methods is always there. Nothing is to be seen of it, and Tab is a
+    // character to it: the focus must never come to it.
+    while (child && GTK_IS_TEXT_VIEW(child)) child = gtk_widget_get_next_sibling(child);
+    return child;
+}
+
+/// Gives the focus to the view or, if it has it already, to the next place in it; false at its end.
+gboolean FocusView(PageKeys& keys, GtkDirectionType direction)
+{
+    auto* view = GTK_WIDGET(keys.view);
+    GtkWidget* box = BoxInView(view);
+    if (box && gtk_widget_child_focus(box, direction)) return TRUE;
+    if (!HoldsFocus(view)) return gtk_widget_grab_focus(view);
+    // A page that has reached its end asks to move the focus, and then leaves the key to the window as
+    // well, which asks for the same. One of the two must do: the key, which comes last.
+    return !box && !std::exchange(keys.isTabUnused, false);
+}
+
+/// Tab goes through the page, then through the find row, then on.
+gboolean OnFocus(GtkWidget* box, GtkDirectionType direction)
+{
+    auto& keys = *static_cast<PageKeys*>(g_object_get_data(G_OBJECT(box), kKeys));
+    GtkWidget* findRow = keys.find.Widget();
+    if (direction == GTK_DIR_TAB_FORWARD) {
+        const bool isPast = HoldsFocus(findRow);
+        return (!isPast && FocusView(keys, direction)) || gtk_widget_child_focus(findRow, direction);
+    }
+    const bool isPast = HoldsFocus(GTK_WIDGET(keys.view));
+    return (!isPast && gtk_widget_child_focus(findRow, direction)) || FocusView(keys, direction);
+}
+
 /// A box that hands the focus on to its first child; a plain one would not take it.
 GType AreaType()
 {
     static const GType type = g_type_register_static_simple(
         GTK_TYPE_BOX, "VelmoraPageArea", sizeof(GtkBoxClass),
         [](gpointer type_class, gpointer) {
-            static_cast<GtkWidgetClass*>(type_class)->grab_focus = [](GtkWidget* box) {
+            auto* widgetClass = static_cast<GtkWidgetClass*>(type_class);
+            widgetClass->focus = OnFocus;
+            widgetClass->grab_focus = [](GtkWidget* box) {
                 return gtk_widget_grab_focus(gtk_widget_get_first_child(box));
             };
         },
@@ -97,8 +146,7 @@ GtkWidget* NewPageArea(WebKitWebView* view)
 {
     auto* box = GTK_WIDGET(g_object_new(AreaType(), "orientation", GTK_ORIENTATION_VERTICAL, nullptr));
     auto* keys = new PageKeys(view);
-    g_object_set_data_full(G_OBJECT(box), "velmora-keys", keys,
-                           [](gpointer data) { delete static_cast<PageKeys*>(data); });
+    g_object_set_data_full(G_OBJECT(box), kKeys, keys, [](gpointer data) { delete static_cast<PageKeys*>(data); });
     gtk_widget_set_vexpand(GTK_WIDGET(view), TRUE);
     gtk_widget_set_hexpand(GTK_WIDGET(view), TRUE);
     gtk_box_append(GTK_BOX(box), GTK_WIDGET(view));
