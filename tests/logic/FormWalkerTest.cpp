@@ -41,10 +41,11 @@ TEST_F(FormWalker, FillsEachKindOfElement)
                                       Box("tour", "Y"),
                                       Many("tags", {{"one", "1"}, {"two", "2"}, {"three", "3", true}, {"zwei", "2"}}),
                                       Submit("go")}}}};
-    EXPECT_EQ(
-        Play(page, "USER=anna+b&p%41ss=%41&note=x%0D%0Ay&token=rec&color=Red&size=L&news=yes&tour=y&tags=2&tags=1"),
-        (Lines{"User := anna b", "pass := A", "note := x\r\ny", "choose color: Red", "check size=L", "check news=yes",
-               "choose tags: two", "choose tags: zwei", "choose tags: one", "hit"}));
+    EXPECT_EQ(Play(page,
+                   "use=0&users=1&USER=anna+b&p%41ss=%41&note=x%0D%0Ay&token=rec&color=Red&size=L&news=yes&tour=y&tags="
+                   "2&tags=1"),
+              (Lines{"User := anna b", "pass := A", "note := x\r\ny", "choose color: Red", "check size=L",
+                     "check news=yes", "choose tags: two", "choose tags: zwei", "choose tags: one", "hit"}));
     EXPECT_FALSE(Program().gbRecordArmed) << "a filled form is not captured again";
     EXPECT_EQ(Play(page, "user=a"), (Lines{"User := a", "pass := ", "note := ", "hit"}))
         << "texts that the record lacks are emptied, nothing is unticked or unchosen";
@@ -86,12 +87,7 @@ TEST_F(FormWalker, CapturesWhatTheUserSees)
 {
     const std::vector<CannedOption> colors{{"Blue", "2"}, {"Dark Red", "1", true}};
     const std::vector<CannedOption> tags{{"a", "1", true}, {"b", "2", true}, {"c", "3", true}};
-    const struct {
-        const char* what;
-        std::vector<CannedElement> controls;
-        std::string sent;
-        std::string captured;
-    } table[] = {
+    const std::tuple<const char*, std::vector<CannedElement>, std::string, std::string> table[] = {
         {"nothing differs", {Text("A", "x y")}, "a=x+y&rest=%7E&flag", "a=x+y&rest=%7E"},
         {"a script changed what it sent", {Text("a", "plain")}, "a=scrambled", "a=plain"},
         {"a plus sign", {Text("a", "1+1")}, "a=1%2B1", "a=1%2B1"},

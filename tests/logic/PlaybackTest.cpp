@@ -16,6 +16,11 @@ protected:
     {
         Keep({"Form", name, url, "http://h/check.cgi", "user=" + user + "&go=Send", "", ""});
     }
+    void RestartWithoutPrompt()
+    {
+        Restart();
+        Switch(Program().mnuPromptFill, false);
+    }
     static std::string Offer(const std::string& name)
     {
         return "[Session=" + name + "] Do you want to auto fill-in this form (OkCancel)";
@@ -25,25 +30,26 @@ protected:
 TEST_F(Playback, TheWholeAddressDecidesWithoutCase)
 {
     KeepLogin();
-    Restart();
-    Switch(Program().mnuPromptFill, false);
+    RestartWithoutPrompt();
     Pick(Program().mnuManualClick);
     site["http://h/Login.html?x"] = site["HTTP://H/LOGIN.HTML"] = site["http://h/login.html"] = site[kLogin];
+    const auto fills = [&] { return Journal() == Lines{"user := anna"}; };
     Follow("http://h/Login.html?x");
     EXPECT_EQ(Journal(), Lines{});
     Follow("HTTP://H/LOGIN.HTML");
-    EXPECT_EQ(Journal(), Lines{"user := anna"});
+    EXPECT_TRUE(fills());
     Follow("http://h/login.html");
     EXPECT_EQ(Journal(), Lines{}) << "the address of just before is not filled again";
     Go(kLogin);
-    EXPECT_EQ(Journal(), Lines{"user := anna"}) << "Go forgets it";
+    EXPECT_TRUE(fills()) << "Go forgets it";
     Engine().Complete(kLogin);
     EXPECT_EQ(Journal(), Lines{});
     Follow("http://h/elsewhere");
     Pick(Program().mnuNoFill);
-    Go(kLogin);
-    EXPECT_EQ(Journal(), Lines{});
-    EXPECT_EQ(Program().gstrLastFilledUrl, kLogin);
+    Follow(kLogin);
+    Pick(Program().mnuNoFill);
+    Engine().Complete(kLogin);
+    EXPECT_EQ(Journal(), Lines{}) << "an address that was not filled counts as handled, too";
 }
 
 TEST_F(Playback, TwoRowsOfOneAddressAreOfferedInTheListsOrder)
@@ -68,8 +74,7 @@ TEST_F(Playback, ARecordThatFindsNoFormIsTheLastOneTried)
 {
     Keep({"Form", "B", kLogin, "http://h/other.cgi", "user=wrong", "", ""});
     KeepLogin("http://h/LOGIN.html", "A");
-    Restart();
-    Switch(Program().mnuPromptFill, false);
+    RestartWithoutPrompt();
     Go(kLogin);
     EXPECT_EQ(Journal(), Lines{});
     EXPECT_TRUE(Program().gbRecordArmed) << "a submission by hand is still captured";
@@ -79,8 +84,7 @@ TEST_F(Playback, AFilledFormIsNotCapturedAndTheNextPagesRecordPlaysInItsTurn)
 {
     KeepLogin();
     Keep({"Form", "City", "http://h/check.cgi", "next.cgi", "city=Bonn", "", ""});
-    Restart();
-    Switch(Program().mnuPromptFill, false);
+    RestartWithoutPrompt();
     Switch(Program().mnuAutoRecord, true);
     Go(kLogin);
     Send("http://h/check.cgi", "user=anna&go=Send");
@@ -89,38 +93,19 @@ TEST_F(Playback, AFilledFormIsNotCapturedAndTheNextPagesRecordPlaysInItsTurn)
     EXPECT_EQ(Journal(), (Lines{"user := anna", "click go", "city := Bonn", "click on"}));
 }
 
-TEST_F(Playback, ManyRecordsAndAnUglyPageDoNoHarm)
-{
-    for (int i = 0; i < 2000; ++i) {
-        const std::string n = std::to_string(i);
-        Keep({"Form", "r" + n, "http://h/" + n, "http://h/a.cgi", "x=" + n, "", ""});
-    }
-    Restart();
-    Switch(Program().mnuPromptFill, false);
-    Pick(Program().mnuManualClick);
-    CannedPage& page = site["http://h/1234"];
-    for (int i = 0; i < 500; ++i) page.forms.push_back({"a.cgi", {Box("box", "1"), Text("x")}});
-    page.forms.push_back({"a.cgi", {Text("x")}});
-    Go("http://h/1234");
-    EXPECT_EQ(Journal(), Lines{"x := 1234"});
-    EXPECT_EQ(Program().glngNoOfFormAction, 501);
-}
-
 TEST_F(Playback, EachFrameHasItsTurn)
 {
     const CannedPage frame{.forms = {{"check.cgi", {Text("user")}}}, .address = "http://h/inner.html"};
     site["http://h/set.html"] = {.frames = {{.address = "http://h/menu.html"}, frame}};
     KeepLogin("http://h/inner.html");
-    Restart();
-    Switch(Program().mnuPromptFill, false);
+    RestartWithoutPrompt();
     Pick(Program().mnuManualClick);
     Go("http://h/set.html");
     EXPECT_EQ(Journal(), Lines{"user := anna"});
 
     files.Texts.clear();
     KeepLogin("http://h/set.html", "Set", "berta");
-    Restart();
-    Switch(Program().mnuPromptFill, false);
+    RestartWithoutPrompt();
     Go("http://h/set.html");
     EXPECT_EQ(Journal(), Lines{"user := berta"}) << "and the set its own, through its frames";
 }
@@ -155,12 +140,7 @@ TEST_F(Playback, AutoClickTakesTheFirstImageButtonBehindARecordedText)
     constexpr char kUnable[] = "System is unable to do auto-click, please perform click manually!";
     const CannedForm form{"check.cgi", {Text("User")}};
     const CannedForm search{"s.cgi", {Image("find", "f.png")}};
-    const struct {
-        const char* what;
-        CannedPage page;
-        std::string post;
-        std::string clicked;
-    } table[] = {
+    const std::tuple<const char*, CannedPage, std::string, std::string> table[] = {
         {"in another form", {.forms = {form, search}}, "user=a", "find"},
         {"in front of the field", {.forms = {search, form}}, "user=a", ""},
         {"in front and behind", {.forms = {search, form, {"", {Image("go", "g.png")}}}}, "user=a", "go"},

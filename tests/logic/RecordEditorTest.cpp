@@ -5,13 +5,6 @@ namespace velmora::test {
 
 class RecordEditor : public LogicHarness {
 protected:
-    static std::string Pairs(int count)
-    {
-        std::string s;
-        for (int i = 0; i < count; ++i) s += (i ? "&f" : "f") + std::to_string(i) + "=v" + std::to_string(i);
-        return s;
-    }
-
     /// A permanent record of this post data, selected.
     void Open(const std::string& post)
     {
@@ -30,7 +23,9 @@ protected:
 TEST_F(RecordEditor, ShowsAsManyFieldsAsThereAre)
 {
     for (const int count : {60, 20, 61}) {
-        Open(Pairs(count));
+        std::string post;
+        for (int i = 0; i < count; ++i) post += (i ? "&f" : "f") + std::to_string(i) + "=v" + std::to_string(i);
+        Open(post);
         Edit([count](frmEdit& editor) {
             EXPECT_EQ(editor.Caption(), "Edit Permanent Record Session");
             EXPECT_FALSE(editor.cmdPermanentOK.Enabled() || editor.txtUrl.Enabled() || editor.txtAction.Enabled());
@@ -44,7 +39,7 @@ TEST_F(RecordEditor, ShowsAsManyFieldsAsThereAre)
             }
         });
         EXPECT_EQ(Status(), "Modification is cancelled!");
-        EXPECT_EQ(Post(), Pairs(count));
+        EXPECT_EQ(Post(), post);
     }
 }
 

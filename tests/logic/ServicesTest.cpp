@@ -64,17 +64,10 @@ TEST_F(ProxySetting, IsAppliedClearedOrRefused)
 
 TEST_F(ProxySetting, IsResetAtExit)
 {
-    const struct {
-        const char* what;
-        std::string ip;
-        int use;
-        Lines calls;
-    } table[] = {
-        {"never used", "", 1, {}},
-        {"only blanks", "   ", 1, {}},
-        {"switched off", "host", 0, {}},
-        {"in use", " host ", 1, {"1 http= host :80"}},
-    };
+    const std::tuple<const char*, std::string, int, Lines> table[] = {{"never used", "", 1, {}},
+                                                                      {"only blanks", "   ", 1, {}},
+                                                                      {"switched off", "host", 0, {}},
+                                                                      {"in use", " host ", 1, {"1 http= host :80"}}};
     for (const auto& [what, ip, use, calls] : table) {
         Restart();
         proxy.Calls.clear();

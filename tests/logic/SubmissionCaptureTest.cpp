@@ -13,7 +13,8 @@ protected:
         site["http://shop/login.html"] = {
             .forms = {{"/Bin/Login.asp", {Text("user", "Anna B"), {"password", "pass", "s+c&t"}, Submit("go")}}}};
         site["http://shop/again.html"] = {.forms = {{"login.asp", {Text("user", "anna"), Submit("go")}}}};
-        site["http://shop/frames.html"] = {.frames = {{.forms = {{"Left.cgi", {Text("a", "new"), Submit("s")}}}}}};
+        const auto frame = [](const char* value) { return CannedPage{.forms = {{"Left.cgi", {Text("a", value)}}}}; };
+        site["http://shop/frames.html"] = {.frames = {frame("of the other frame"), frame("new")}};
         Switch(Program().mnuAutoRecord, true);
     }
 
@@ -30,7 +31,6 @@ TEST_F(SubmissionCapture, APostBecomesATemporaryRecord)
                                  "user=Anna+B&pass=s%2Bc%26t&go=Log+in | Content-Type: x\r\n"})
         << "what the user sees in the page goes before what was sent";
     EXPECT_EQ(Program().ListView1.Item(1).Key(), "K1");
-    EXPECT_EQ(Program().ListView1.Item(1).SubItem("Postdata"), "user=Anna+B&pass=s%2Bc%26t&go=Log+in");
     EXPECT_EQ(Program().ListView1.SelectedItem(), nullptr);
     EXPECT_EQ(Program().glngCurTab, 0);
     EXPECT_EQ(Program().glngNoOfFormAction, 0);
@@ -83,26 +83,18 @@ TEST_F(SubmissionCapture, QueriesStayWhereTheyWere)
                                   "Session2 | Form | http://shop/login.html | http://else/login.asp | B=%zz&?c#d"}));
 }
 
-TEST_F(SubmissionCapture, TheOldestEntryWins)
-{
-    Go("http://shop/login.html");
-    Follow("http://shop/again.html");
-    dialogs.Answers = {Answer::No};
-    Send("http://shop/login.asp", "user=anna&go=Send");
-    EXPECT_EQ(Temporary(),
-              Lines{"Session1 | Form | http://shop/login.html | http://shop/login.asp | user=anna&go=Send"});
-}
-
 TEST_F(SubmissionCapture, AnActionThatIsTheWholeAddressKeepsItsCase)
 {
     site["http://shop/whole.html"] = {.forms = {{"http://Shop/Sub/Go.CGI", {Text("A", "1")}}}};
-    Go("http://shop/whole.html");
+    site["http://shop/none.html"] = {.forms = {{""}}};
+    Go("http://shop/none.html");
+    Follow("http://shop/whole.html");
     dialogs.Answers = {Answer::No};
     Send("http://shop/SUB/Go.CGI", "A=1");
     EXPECT_EQ(Program().ListView1.Item(1).SubItem("Action"), "http://shop/SUB/Go.CGI");
 }
 
-TEST_F(SubmissionCapture, AfterAFrameSetAnyPostGoesThrough)
+TEST_F(SubmissionCapture, TheOldestEntryWinsAndAfterAFrameSetAnyPostGoesThrough)
 {
     Go("http://shop/frames.html");
     Follow("http://shop/again.html");
@@ -111,7 +103,7 @@ TEST_F(SubmissionCapture, AfterAFrameSetAnyPostGoesThrough)
     dialogs.Answers = {Answer::No, Answer::No};
     Send("http://shop/Login.asp", "user=b");
     Go("http://shop/frames.html");
-    Send("http://shop/Left.cgi", "a=old", {}, "main", Engine().Page->frames[0].get());
+    Send("http://shop/Left.cgi", "a=old", {}, "main", Engine().Page->frames[1].get());
     EXPECT_EQ(Temporary(),
               (Lines{"Session1 | Form | http://shop/frames.html | http://shop/login.asp | user=anna",
                      "Session2 | Form | http://shop/frames.html | http://shop/left.cgi | a=new |  | main"}));

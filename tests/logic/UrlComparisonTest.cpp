@@ -1,32 +1,24 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cctype>
 #include <string>
+#include <utility>
 
+#include "platform/CodePage.h"
 #include "shell/frmBrowser.h"
 
 namespace velmora {
 
 TEST(UrlComparison, FileNameOfAnAddress)
 {
-    const struct {
-        std::string address;
-        std::string fileName;
-    } table[] = {
-        {"HTTP://Host/Dir/Page.CGI?A=1", "page.cgi"},
-        {"https://host/dir/page.asp?next=/a/b", "page.asp"},
-        {"http://host/dir/", ""},
-        {"http://host", "host"},
-        {"http://host?x=1", "host"},
-        {"../page.cgi?x=1", "page.cgi"},
-        {"http://host/page.html#top", "page.html#top"},
-        {"\"/a.cgi\"", "a.cgi\""},
-        {"about:blank", "about:blank"},
-        {"?x=1", ""},
-        {"dir\\Page.cgi", "dir\\page.cgi"},
-        {"", ""},
-    };
+    const std::pair<std::string, std::string> table[] = {{"HTTP://Host/Dir/Page.CGI?A=1", "page.cgi"},
+                                                         {"https://host/dir/page.asp?next=/a/b?c", "page.asp"},
+                                                         {"http://host/dir/", ""},
+                                                         {"http://host?x=1", "host"},
+                                                         {"http://host/page.html#top", "page.html#top"},
+                                                         {"\"/a.cgi\"", "a.cgi\""},
+                                                         {"about:blank", "about:blank"},
+                                                         {"?x=1", ""},
+                                                         {"dir\\Page.cgi", "dir\\page.cgi"}};
     for (const auto& [address, fileName] : table) {
         std::string s = address;
         EXPECT_EQ(frmBrowser::GetUrlFileName(s), fileName) << address;
@@ -47,13 +39,10 @@ TEST(UrlComparison, AddressesMatchAsWholesOrByTheirFileNames)
     } table[] = {
         {"http://host/A/X.CGI", "http://host/a/x.cgi", true, false},
         {"http://Host/a/", "http://host/a/", true, false},
-        {"", "", true, false},
-        {"http://Host/a/x.cgi?p=1", "X.cgi", true, true},
         {"http://One/x.cgi", "http://two/x.cgi", true, true},
         {"http://Host/x.cgi?p=1", "http://host/x.cgi?p=2", true, true},
         {"http://Host/a/", "http://host/b/", false, true},
         {"http://Host/", "http://host/?x=1", false, true},
-        {"http://Host/x.cgi", "/X.asp", false, true},
         {"http://Host/x.cgi", "\"/x.cgi\"", false, true},
         {"http://Host/x.cgi", "*frame*", false, true},
     };
@@ -61,10 +50,8 @@ TEST(UrlComparison, AddressesMatchAsWholesOrByTheirFileNames)
         std::string first = a;
         std::string second = b;
         EXPECT_EQ(frmBrowser::UrlsMatch(first, second), match) << a << " and " << b;
-        EXPECT_EQ(first == a, !lowered || a.empty()) << first;
-        std::string low = b;
-        std::transform(low.begin(), low.end(), low.begin(), [](unsigned char c) { return std::tolower(c); });
-        EXPECT_EQ(second, lowered ? low : b);
+        EXPECT_EQ(first, lowered ? LowerCase(a) : a);
+        EXPECT_EQ(second, lowered ? LowerCase(b) : b);
     }
 }
 

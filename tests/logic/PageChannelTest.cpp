@@ -1,4 +1,4 @@
-// The channel to a page's process, with something hostile at its other end. Needs no display.
+// The channel to a page's process, with something hostile at its other end.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
