@@ -12,25 +12,17 @@ using testing::HasSubstr;
 
 class BadPages : public DesktopTest {
 protected:
-    void SetUp() override
-    {
-        DesktopTest::SetUp();
-        StartProgram();
-    }
-
     void ExpectGoWorks()
     {
-        server_.Page("/fine.html", "<p>fine</p>");
-        Go(server_.Url("/fine.html"));
+        Show("/fine.html", "<p>fine</p>");
         EXPECT_EQ(Script("document.body.innerText.trim()"), "fine");
     }
 };
 
 TEST_F(BadPages, AnAddressThatCannotBeLoadedIsExplainedAndIsNoPage)
 {
-    TypeAddress("http://127.0.0.1:9999/no <b>server</b>");
-    Press("cmdPlayback");
-    RunUntil([&] { return Script("document.title") == "This page could not be loaded"; }, "the explanation");
+    SetOff("http://127.0.0.1:9999/no <b>server</b>");
+    AwaitExplanation();
     EXPECT_THAT(Script("document.body.innerText"), HasSubstr("127.0.0.1:9999/no"));
     RunUntil([&] { return Completed().back() == "about:blank"; }, "the end of the load");
     EXPECT_FALSE(Form().cmdBookmark.Enabled());
@@ -40,11 +32,9 @@ TEST_F(BadPages, AnAddressThatCannotBeLoadedIsExplainedAndIsNoPage)
 
 TEST_F(BadPages, AnEmptyAddressAndAPageThatIsNoHtmlKeepTheWindowRunning)
 {
-    TypeAddress("  ");
-    Press("cmdPlayback");
+    SetOff("  ");
     RunUntil([&] { return Completed().back() == "about:blank"; }, "the empty page");
-    server_.Page("/plain.txt", "no <form action=x> here", "text/plain");
-    Go(server_.Url("/plain.txt"));
+    Show("/plain.txt", "no <form action=x> here", "text/plain");
     ExpectGoWorks();
 }
 
@@ -52,30 +42,27 @@ TEST_F(BadPages, ACertificateThatNobodyTrustsIsRefused)
 {
     WebServer secure(WebServer::Scheme::Https);
     secure.Page("/", "secret");
-    TypeAddress(secure.Url("/"));
-    Press("cmdPlayback");
-    RunUntil([&] { return Script("document.title") == "This page could not be loaded"; }, "the explanation");
+    SetOff(secure.Url("/"));
+    AwaitExplanation();
     EXPECT_THAT(Script("document.body.innerText"), HasSubstr("certificate"));
     EXPECT_TRUE(secure.Requests().empty());
 }
 
 TEST_F(BadPages, AWebProcessThatDiesInTheMiddleOfAReadFailsTheReadAndIsTold)
 {
-    server_.Page("/form.html", "<form><input name='a' oninput='for (;;);'></form>");
-    Go(server_.Url("/form.html"));
+    Show("/form.html", "<form><input name='a' oninput='for (;;);'></form>");
     auto element = Form().wbMyBrowser.Document()->Forms(0)->Elements(0);
     webkit_web_view_terminate_web_process(Engine().View());
     EXPECT_THROW(element->SetValue("x"), DocumentError);
     EXPECT_THROW(Form().wbMyBrowser.Document()->InnerHtml(), DocumentError);
-    RunUntil([&] { return Script("document.title") == "This page could not be loaded"; }, "the explanation");
+    AwaitExplanation();
     ExpectGoWorks();
 }
 
 TEST_F(BadPages, APageThatHangsFailsTheReadInTimeAndCanBeLeft)
 {
-    server_.Page("/hang.html",
-                 "<form><input name='a' oninput='const end = Date.now() + 6000; while (Date.now() < end);'></form>");
-    Go(server_.Url("/hang.html"));
+    Show("/hang.html",
+         "<form><input name='a' oninput='const end = Date.now() + 6000; while (Date.now() < end);'></form>");
     auto document = Form().wbMyBrowser.Document();
     EXPECT_THROW(document->Forms(0)->Elements(0)->SetValue("x"), DocumentError);
     EXPECT_THROW(document->InnerHtml(), DocumentError);

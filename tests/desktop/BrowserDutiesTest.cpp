@@ -8,12 +8,10 @@
 
 #include <chrono>
 #include <fstream>
-#include <sstream>
 #include <utility>
 
 #include "tests/desktop/Hands.h"
 #include "tests/desktop/Harness.h"
-#include "tests/support/ProxyServer.h"
 
 namespace velmora::test {
 namespace {
@@ -29,26 +27,11 @@ using testing::Not;
 
 class BrowserDuties : public DesktopTest {
 protected:
-    void SetUp() override
-    {
-        DesktopTest::SetUp();
-        StartProgram();
-    }
-
-    void Show(const std::string& path, const std::string& html)
-    {
-        server_.Page(path, html);
-        Go(server_.Url(path));
-    }
     /// Sends the page's script off without waiting for it: it may open a question.
     void Start(const std::string& script)
     {
         webkit_web_view_evaluate_javascript(Engine().View(), script.c_str(), -1, nullptr, nullptr, nullptr, nullptr,
                                             nullptr);
-    }
-    void Await(const std::string& script, const std::string& value)
-    {
-        RunUntil([&] { return Script(script) == value; }, script + " to be " + value);
     }
     /// Waits for a question that the page's script asks; it stands in the view itself.
     void AwaitScriptDialog()
@@ -69,8 +52,7 @@ protected:
     /// Goes to an address that turns out to be a file, and waits for the chooser.
     GtkFileChooser* Fetch(const std::string& url)
     {
-        TypeAddress(url);
-        Press("cmdPlayback");
+        SetOff(url);
         RunUntil([] { return OpenWindow("Save File"); }, "the file chooser");
         return GTK_FILE_CHOOSER(OpenWindow("Save File")->gobj());
     }
@@ -94,12 +76,6 @@ protected:
         g_free(name);
         return text;
     }
-    std::string ContentOf(const std::string& name)
-    {
-        std::ostringstream content;
-        content << std::ifstream(folder_ / name).rdbuf();
-        return content.str();
-    }
     /// Of a file of which less comes than it says.
     const std::string kHead = "HTTP/1.1 200 OK\r\nContent-Type: application/x-thing\r\nContent-Length: 4000000\r\n\r\n";
     bool IsListShown() { return Widget("lstDownloads").get_visible(); }
@@ -109,7 +85,7 @@ TEST_F(FileDownloads, GoWhereTheUserSaysAndNeverOverAFileUnasked)
 {
     server_.Handler("/report", [](const Request&) {
         return Response{
-            "new text", "text/plain", 200, {{"Content-Disposition", "attachment; filename=\"../.a<b>&.txt\""}}, 0};
+            "new text", "text/plain", 200, {{"Content-Disposition", "attachment; filename=\"../.a<b>&.txt\""}}, false};
     });
     Show("/page.html", "<form action='x'></form>");
     GtkFileChooser* chooser = Fetch(server_.Url("/report"));
@@ -120,26 +96,24 @@ TEST_F(FileDownloads, GoWhereTheUserSaysAndNeverOverAFileUnasked)
     Expect({.text = "The download is complete:\n" + path, .button = "Ok"});
     Save(chooser, "kept.txt");
     RunUntil([&] { return AllAnswered(); }, "the message");
-    EXPECT_EQ(ContentOf("kept.txt"), "new text");
+    EXPECT_EQ(FileText(folder_ / "kept.txt"), "new text");
 
     std::ofstream(path) << "precious";
     chooser = Fetch(server_.Url("/report"));
     Save(chooser, "kept.txt");
     RunUntil([] { return OverwriteQuestion(); }, "the chooser's own question");
     gtk_dialog_response(OverwriteQuestion(), GTK_RESPONSE_CANCEL);
-    EXPECT_EQ(ContentOf("kept.txt"), "precious");
+    EXPECT_EQ(FileText(folder_ / "kept.txt"), "precious");
     gtk_dialog_response(GTK_DIALOG(chooser), GTK_RESPONSE_CANCEL);
     RunUntil([] { return !OpenWindow("Save File"); }, "the chooser to go");
-    EXPECT_EQ(ContentOf("kept.txt"), "precious");
+    EXPECT_EQ(FileText(folder_ / "kept.txt"), "precious");
     EXPECT_FALSE(IsListShown());
 }
 
 TEST_F(FileDownloads, RunInSightAndCanBeCancelledOrFail)
 {
-    ProxyServer slow;
-    const std::string url = "http://127.0.0.1:" + std::to_string(slow.Port()) + "/big.bin";
-    slow.Answer(kHead + std::string(1000000, 'x'), true);
-    Save(Fetch(url), "part.bin");
+    server_.RawAnswer("/big.bin", {kHead + std::string(1000000, 'x'), true});
+    Save(Fetch(server_.Url("/big.bin")), "part.bin");
     RunUntil([&] { return IsListShown(); }, "the list of downloads");
     RunUntil(
         [&] {
@@ -152,19 +126,18 @@ TEST_F(FileDownloads, RunInSightAndCanBeCancelledOrFail)
     RunUntil([&] { return !IsListShown(); }, "the list to go");
     EXPECT_FALSE(std::filesystem::exists(folder_ / "part.bin"));
 
-    slow.Answer(kHead + std::string(1000, 'x'));
+    server_.RawAnswer("/big.bin", {kHead + std::string(1000, 'x')});
     Expect({.text = "The download has failed:\n" + (folder_ / "broken.bin").string() +
                     "\nConnection terminated unexpectedly",
             .button = "Ok"});
-    Save(Fetch(url), "broken.bin");
+    Save(Fetch(server_.Url("/big.bin")), "broken.bin");
     RunUntil([&] { return AllAnswered(); }, "the message");
 }
 
 TEST_F(FileDownloads, EndWithTheProgram)
 {
-    ProxyServer slow;
-    slow.Answer(kHead + std::string(1000000, 'x'), true);
-    Save(Fetch("http://127.0.0.1:" + std::to_string(slow.Port()) + "/big.bin"), "part.bin");
+    server_.RawAnswer("/big.bin", {kHead + std::string(1000000, 'x'), true});
+    Save(Fetch(server_.Url("/big.bin")), "part.bin");
     RunUntil([&] { return IsListShown(); }, "the list of downloads");
     Restart();
     EXPECT_FALSE(IsListShown());
@@ -194,9 +167,8 @@ TEST_F(BrowserDuties, AScriptsQuestionsAreAnsweredByKeyAndHoldNobodyForEver)
 TEST_F(BrowserDuties, AnAnswerWithoutAPageStopsTheTicker)
 {
     Show("/page.html", "<title>page</title>");
-    server_.Handler("/nothing", [](const Request&) { return Response{"", "text/html", 204, {}, 0}; });
-    TypeAddress(server_.Url("/nothing"));
-    Press("cmdPlayback");
+    server_.Handler("/nothing", [](const Request&) { return Response{"", "text/html", 204, {}, false}; });
+    SetOff(server_.Url("/nothing"));
     RunUntil([&] { return !server_.RequestsTo("/nothing").empty() && !Form().Timer1.Enabled(); }, "the ticker's end");
     EXPECT_EQ(Script("document.title"), "page");
 }
@@ -223,7 +195,7 @@ TEST_F(BrowserDuties, TheGuideTakesWhatItCanShowAndFromItsOwnPagesAlone)
     Go("velmora://other/");
     EXPECT_EQ(Script("document.title"), "This page could not be loaded");
     server_.Handler("/moved", [](const Request&) {
-        return Response{"", "text/html", 302, {{"Location", "velmora://guide/search"}}, 0};
+        return Response{"", "text/html", 302, {{"Location", "velmora://guide/search"}}, false};
     });
     Show("/page.html", "<iframe src='velmora://guide/search'></iframe><iframe src='/moved'></iframe>");
     EXPECT_THAT(Completed(), Not(Contains("velmora://guide/search")));
@@ -255,8 +227,7 @@ TEST_F(BrowserDuties, AddressesOfOtherProgramsLeaveThePageAsItIs)
     Click("#ann");
     Click("#none");
     awaitLine("No program on this computer opens nobody-opens:this.");
-    TypeAddress("nobody-opens:that");
-    Press("cmdPlayback");
+    SetOff("nobody-opens:that");
     awaitLine("No program on this computer opens nobody-opens:that.");
     EXPECT_EQ(Script("typed.value"), "half a letter");
     EXPECT_FALSE(Form().Timer1.Enabled());
@@ -275,9 +246,8 @@ TEST_F(BrowserDuties, NoSiteGetsWhatNeedsLeaveWithoutAYes)
              EXPECT_EQ(box->get_default_widget()->get_name().raw(), "btnNo") << "Enter refuses, too";
          }});
     // While the user's next page is on its way, the one that stands asks in its own name.
-    server_.Handler("/slow", [](const Request&) { return Response{"", "text/html", 200, {}, 60000}; });
-    TypeAddress(server_.Url("/slow", "localhost"));
-    Press("cmdPlayback");
+    server_.Handler("/slow", [](const Request&) { return Response{"", "text/html", 200, {}, true}; });
+    SetOff(server_.Url("/slow", "localhost"));
     Script(ask + "; 1");
     Await("document.title", "?1");
     Show("/where.html", "<title>!</title>");
@@ -296,7 +266,7 @@ TEST_F(BrowserDuties, CookiesAndSiteStorageLastFromRunToRun)
     dataFolder_ = folder_ / "data";
     StartProgram();
     server_.Handler("/set", [](const Request&) {
-        return Response{"<title>set</title>", "text/html", 200, {{"Set-Cookie", "kept=yes; max-age=1000"}}, 0};
+        return Response{"<title>set</title>", "text/html", 200, {{"Set-Cookie", "kept=yes; max-age=1000"}}, false};
     });
     Go(server_.Url("/set"));
     Script("localStorage.setItem('kept', 'too')");
@@ -315,7 +285,7 @@ TEST_F(BrowserDuties, APageThatHangsIsToldAndCanBeStopped)
             .button = "Yes"});
     Click("#p");
     RunUntil([&] { return AllAnswered(); }, "the question");
-    Await("document.title", "This page could not be loaded");
+    AwaitExplanation();
     Show("/fine.html", "<title>fine</title>");
     EXPECT_EQ(Script("document.title"), "fine");
 }

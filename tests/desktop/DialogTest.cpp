@@ -5,7 +5,6 @@
 #include <gtkmm/picture.h>
 
 #include <fstream>
-#include <iterator>
 
 #include "platform/desktop/TextBoxView.h"
 #include "tests/desktop/Hands.h"
@@ -22,12 +21,6 @@ constexpr char kPermanent[] = "Edit Permanent Record Session";
 class DialogOnScreen : public DesktopTest {
 protected:
     using Act = std::function<void(Gtk::Window&)>;
-
-    void SetUp() override
-    {
-        DesktopTest::SetUp();
-        StartProgram();
-    }
 
     /// Calls `open`, which is held until its dialog has closed, and `act` on the dialog once it is
     /// there; `act` must close it.
@@ -84,23 +77,16 @@ protected:
         InDialog(
             title, [this] { Press("cmdEdit"); }, act);
     }
-    std::string Status() { return Form().StatusBar1.Panels(1).Text(); }
-    std::string FileText(const std::string& name)
-    {
-        std::ifstream file(folder_ / "session" / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
 };
 
 TEST_F(DialogOnScreen, TheEditorComesWithTheNewRecordAndChangesIt)
 {
-    server_.Page("/form.html",
-                 "<form action='sent' method='post'><input name='a' value='one'><input name='b' "
-                 "value='two'><input type='submit'></form>");
     server_.Page("/sent", "<p>sent</p>");
     Press("cmdRecord");
-    Go(server_.Url("/form.html"));
-    Expect({.text = "A temporary record is created, do you want to view/edit it now?", .button = "Yes"});
+    Show("/form.html",
+         "<form action='sent' method='post'><input name='a' value='one'><input name='b' value='two'>"
+         "<input type='submit'></form>");
+    Expect({.text = kRecordQuestion, .button = "Yes"});
     InDialog(
         kTemporary, [this] { Click("[type=submit]"); },
         [this](Gtk::Window& dialog) {
@@ -187,7 +173,7 @@ TEST_F(DialogOnScreen, AValueTooLongForItsBoxSurvivesASave)
     EXPECT_TRUE(row.SubItem("Postdata") == "long=" + value + "&short=y") << row.SubItem("Postdata").size();
 }
 
-TEST_F(DialogOnScreen, ABookmarkIsRenamed)
+TEST_F(DialogOnScreen, TheSmallDialogsTakeKeys)
 {
     InDialog(
         "Edit Bookmark", [this] { Press("cmdBookmark"); },
@@ -199,39 +185,29 @@ TEST_F(DialogOnScreen, ABookmarkIsRenamed)
             PressKeys(dialog, "Return");
         });
     EXPECT_EQ(Form().lvwPermanent.Item(1).Text(), "guide");
-    EXPECT_EQ(Status(), "Record session is modified!");
-}
-
-TEST_F(DialogOnScreen, TheHomePageIsSavedByEnterOnly)
-{
-    const auto open = [this] { Form().mnuHome.Click.Raise(); };
-    const auto type = [](const std::string& keys) {
-        return [keys](Gtk::Window& dialog) { PressKeys(dialog, "a colon b " + keys); };
-    };
-    InDialog("Default Home Page Setup", open, type("Escape"));
-    EXPECT_THAT(FileText("Velmora.xml"), HasSubstr("<Home>velmora://guide/</Home>"));
-    InDialog("Default Home Page Setup", open, type("Return"));
-    EXPECT_THAT(FileText("Velmora.xml"), HasSubstr("<Home>a:b</Home>"));
-    EXPECT_EQ(Status(), "Setting is updated");
-    std::filesystem::remove_all(folder_ / "session");
-    std::ofstream(folder_ / "session") << "in the way";
-    for (int i = 0; i < 2; ++i) InDialog("Default Home Page Setup", open, type("Return"));
-    EXPECT_THAT(dynamic_cast<Gtk::Label&>(Widget("lblNotice")).get_text().raw(),
-                HasSubstr("session/Velmora.xml: Not a directory"));
-    Press("cmdNoticeClose");
-    EXPECT_FALSE(Widget("Notice").get_visible()) << "told once";
-}
-
-TEST_F(DialogOnScreen, TheAboutBoxShowsItsLogoAndClosesByKey)
-{
-    for (const char* key : {"Escape", "Return"}) {
+    for (const auto& [key, home] : {std::pair("Escape", "velmora://guide/"), {"Return", "a:b"}}) {
+        InDialog(
+            "Default Home Page Setup", [this] { Form().mnuHome.Click.Raise(); },
+            [key = key](Gtk::Window& dialog) { PressKeys(dialog, std::string("ctrl+a a colon b ") + key); });
+        EXPECT_THAT(FileText(folder_ / "session/Velmora.xml"), HasSubstr(std::string("<Home>") + home + "</Home>"));
         InDialog(
             "About Velmora", [this] { Form().mnuAbout.Click.Raise(); },
-            [key](Gtk::Window& dialog) {
+            [key = key](Gtk::Window& dialog) {
                 EXPECT_TRUE(dynamic_cast<Gtk::Picture&>(FindIn(dialog, "imgLogo")).get_paintable());
                 PressKeys(dialog, key);
             });
     }
+    std::filesystem::remove_all(folder_ / "session");
+    std::ofstream(folder_ / "session") << "in the way";
+    for (int i = 0; i < 2; ++i) {
+        InDialog(
+            "Default Home Page Setup", [this] { Form().mnuHome.Click.Raise(); },
+            [](Gtk::Window& dialog) { PressKeys(dialog, "Return"); });
+    }
+    EXPECT_THAT(dynamic_cast<Gtk::Label&>(Widget("lblNotice")).get_text().raw(),
+                HasSubstr("session/Velmora.xml: Not a directory"));
+    Press("cmdNoticeClose");
+    EXPECT_FALSE(Widget("Notice").get_visible()) << "told once";
 }
 
 }  // namespace

@@ -10,12 +10,6 @@ using Lines = std::vector<std::string>;
 
 class DocumentModel : public DesktopTest {
 protected:
-    void SetUp() override
-    {
-        DesktopTest::SetUp();
-        StartProgram();
-    }
-
     std::shared_ptr<Document> Show(const std::string& html)
     {
         const std::string path = "/" + std::to_string(++pages_);

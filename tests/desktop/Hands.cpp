@@ -1,7 +1,6 @@
 #include "tests/desktop/Hands.h"
 
 #include <gtest/gtest.h>
-#include <gtkmm/root.h>
 
 #include <stdexcept>
 
@@ -12,18 +11,12 @@ namespace velmora::test {
 
 namespace {
 
-void Robot(const std::string& arguments)
+std::string XidOf(gpointer window)
 {
-    const std::string command = "xdotool " + arguments;
-    int status = 0;
-    const bool ran = g_spawn_command_line_sync(command.c_str(), nullptr, nullptr, &status, nullptr);
-    EXPECT_TRUE(ran && status == 0) << command;
+    return std::to_string(gdk_x11_surface_get_xid(gtk_native_get_surface(GTK_NATIVE(window))));
 }
 
-std::string XidOf(Gtk::Widget& window)
-{
-    return std::to_string(gdk_x11_surface_get_xid(gtk_native_get_surface(GTK_NATIVE(window.gobj()))));
-}
+}  // namespace
 
 Gtk::Widget* Find(Gtk::Widget& root, const std::string& name)
 {
@@ -33,8 +26,6 @@ Gtk::Widget* Find(Gtk::Widget& root, const std::string& name)
     }
     return nullptr;
 }
-
-}  // namespace
 
 Gtk::Widget& FindIn(Gtk::Widget& root, const std::string& name)
 {
@@ -60,19 +51,34 @@ void EachLabel(Gtk::Widget& root, const std::function<void(Gtk::Label&)>& look)
     }
 }
 
-void PressKeys(Gtk::Window& window, const std::string& keys)
+void Robot(const std::string& command)
 {
-    Robot("windowfocus --sync " + XidOf(window) + " key --delay 20 " + keys);
+    int status = 0;
+    const bool ran = g_spawn_command_line_sync(("xdotool " + command).c_str(), nullptr, nullptr, &status, nullptr);
+    EXPECT_TRUE(ran && status == 0) << command;
 }
 
-void ClickOn(Gtk::Widget& widget)
+void FocusOn(Gtk::Window& window) { Robot("windowfocus --sync " + XidOf(window.gobj())); }
+
+void PressKeys(Gtk::Window& window, const std::string& keys)
 {
-    auto& window = dynamic_cast<Gtk::Widget&>(*widget.get_root());
-    double x = 0, y = 0, shadowX = 0, shadowY = 0;
-    ASSERT_TRUE(widget.translate_coordinates(window, widget.get_width() / 2.0, widget.get_height() / 2.0, x, y));
-    gtk_native_get_surface_transform(GTK_NATIVE(window.gobj()), &shadowX, &shadowY);
-    Robot("mousemove --window " + XidOf(window) + " " + std::to_string(static_cast<int>(x + shadowX)) + " " +
-          std::to_string(static_cast<int>(y + shadowY)) + " click 1");
+    FocusOn(window);
+    Robot("key --delay 20 " + keys);
 }
+
+void ClickAt(GtkWidget* widget, double x, double y)
+{
+    GtkWidget* window = GTK_WIDGET(gtk_widget_get_root(widget));
+    const graphene_point_t inWidget{static_cast<float>(x), static_cast<float>(y)};
+    graphene_point_t place;
+    ASSERT_TRUE(gtk_widget_compute_point(widget, window, &inWidget, &place));
+    double shadowX = 0;
+    double shadowY = 0;
+    gtk_native_get_surface_transform(GTK_NATIVE(window), &shadowX, &shadowY);
+    Robot("mousemove --window " + XidOf(window) + " " + std::to_string(static_cast<int>(place.x + shadowX)) + " " +
+          std::to_string(static_cast<int>(place.y + shadowY)) + " click 1");
+}
+
+void ClickOn(Gtk::Widget& widget) { ClickAt(widget.gobj(), widget.get_width() / 2.0, widget.get_height() / 2.0); }
 
 }  // namespace velmora::test

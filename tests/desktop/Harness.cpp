@@ -1,6 +1,5 @@
 #include "tests/desktop/Harness.h"
 
-#include <gdk/x11/gdkx.h>
 #include <gtkmm/button.h>
 #include <gtkmm/columnview.h>
 #include <gtkmm/entry.h>
@@ -11,6 +10,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 
 namespace velmora::test {
 
@@ -18,30 +18,27 @@ namespace {
 
 constexpr std::chrono::seconds kLimit{10};
 
-Gtk::Widget* FindWidget(Gtk::Widget& root, const std::string& name)
-{
-    if (root.get_name().raw() == name) return &root;
-    for (Gtk::Widget* child = root.get_first_child(); child; child = child->get_next_sibling()) {
-        if (Gtk::Widget* found = FindWidget(*child, name)) return found;
-    }
-    return nullptr;
-}
+/// A script on its way; shared, since the result may come when nobody waits any more.
+struct Call {
+    decltype(&webkit_web_view_evaluate_javascript_finish) finish;
+    bool done = false;
+    std::string text = {};
+};
 
-/// Runs a command of the screen's keyboard and mouse.
-void Robot(const std::string& arguments)
+void Finished(GObject* view, GAsyncResult* result, gpointer data)
 {
-    const std::string command = "xdotool " + arguments;
-    int status = 0;
+    const std::unique_ptr<std::shared_ptr<Call>> call(static_cast<std::shared_ptr<Call>*>(data));
+    (*call)->done = true;
     GError* error = nullptr;
-    if (!g_spawn_command_line_sync(command.c_str(), nullptr, nullptr, &status, &error) || status != 0) {
-        ADD_FAILURE() << command << " failed" << (error ? std::string(": ") + error->message : "");
+    if (JSCValue* value = (*call)->finish(WEBKIT_WEB_VIEW(view), result, &error)) {
+        char* text = jsc_value_to_string(value);
+        (*call)->text = text;
+        g_free(text);
+        g_object_unref(value);
+    } else {
+        ADD_FAILURE() << "the page's script failed: " << error->message;
         g_clear_error(&error);
     }
-}
-
-unsigned long XidOf(Gtk::Window& window)
-{
-    return gdk_x11_surface_get_xid(gtk_native_get_surface(GTK_NATIVE(window.gobj())));
 }
 
 }  // namespace
@@ -62,6 +59,12 @@ bool RunUntil(const std::function<bool()>& condition, const std::string& what)
     return holds;
 }
 
+std::string FileText(const std::filesystem::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
 Desktop& TheDesktop()
 {
     static Desktop desktop;
@@ -79,6 +82,7 @@ void DesktopTest::SetUp()
             return true;
         },
         5);
+    StartProgram();
 }
 
 void DesktopTest::TearDown()
@@ -116,13 +120,6 @@ void DesktopTest::EndProgram()
     program_.reset();
 }
 
-Gtk::Widget& DesktopTest::Widget(const std::string& name)
-{
-    Gtk::Widget* widget = FindWidget(MainWindow(), name);
-    if (!widget) throw std::runtime_error("no widget " + name);
-    return *widget;
-}
-
 void DesktopTest::Press(const std::string& name)
 {
     auto& button = dynamic_cast<Gtk::Button&>(Widget(name));
@@ -135,26 +132,32 @@ void DesktopTest::TypeAddress(const std::string& address)
     dynamic_cast<Gtk::Entry&>(Widget("txtUrl")).set_text(address);
 }
 
+void DesktopTest::SetOff(const std::string& address)
+{
+    TypeAddress(address);
+    Press("cmdPlayback");
+}
+
 void DesktopTest::Go(const std::string& address)
 {
     const std::size_t before = completed_.size();
-    TypeAddress(address);
-    Press("cmdPlayback");
+    SetOff(address);
     RunUntil([&] { return completed_.size() > before && completed_.back() == address; }, address);
 }
 
 void DesktopTest::SelectRow(const std::string& list, int row)
 {
-    const auto find = [](auto&& self, Gtk::Widget& root) -> Gtk::ColumnView* {
-        if (auto* view = dynamic_cast<Gtk::ColumnView*>(&root)) return view;
-        for (Gtk::Widget* child = root.get_first_child(); child; child = child->get_next_sibling()) {
-            if (auto* view = self(self, *child)) return view;
-        }
-        return nullptr;
-    };
-    Gtk::ColumnView* view = find(find, Widget(list));
+    auto* view = FindKind<Gtk::ColumnView>(Widget(list));
     ASSERT_TRUE(view);
     view->get_model()->select_item(static_cast<guint>(row - 1), true);
+}
+
+void DesktopTest::MoveToPermanent()
+{
+    Press("cmdHideRecord");
+    Form().SSTab1.Tab = 1;
+    SelectRow("ListView1", 1);
+    Press("cmdSave");
 }
 
 void DesktopTest::Screenshot(const std::string& name)
@@ -182,7 +185,7 @@ void DesktopTest::AnswerOpenQuestion()
 
 void DesktopTest::Answer(Gtk::Window& box)
 {
-    const std::string text = dynamic_cast<Gtk::Label&>(*FindWidget(box, "lblText")).get_text().raw();
+    const std::string text = dynamic_cast<Gtk::Label&>(FindIn(box, "lblText")).get_text().raw();
     asked_.push_back(box.get_title().raw() + ": " + text);
     std::string button;
     if (!questions_.empty() && questions_.front().text == text) {
@@ -193,42 +196,21 @@ void DesktopTest::Answer(Gtk::Window& box)
     } else {
         ADD_FAILURE() << "nobody expected the question: " << text;
         for (const char* safe : {"btnNo", "btnCancel", "btnOk"}) {
-            if (button.empty() && FindWidget(box, safe)) button = safe;
+            if (button.empty() && Find(box, safe)) button = safe;
         }
     }
-    Gtk::Widget* pressed = FindWidget(box, button);
+    Gtk::Widget* pressed = Find(box, button);
     ASSERT_TRUE(pressed) << "no button " << button << " on: " << text;
     g_signal_emit_by_name(pressed->gobj(), "clicked");
 }
 
 std::string DesktopTest::Script(const std::string& script)
 {
-    struct Outcome {
-        bool done = false;
-        std::string text;
-    };
-    // Shared: the result may come when nobody waits any more.
-    const auto outcome = std::make_shared<Outcome>();
-    webkit_web_view_evaluate_javascript(
-        Engine().View(), script.c_str(), -1, nullptr, nullptr, nullptr,
-        [](GObject* view, GAsyncResult* result, gpointer data) {
-            const std::unique_ptr<std::shared_ptr<Outcome>> filled(static_cast<std::shared_ptr<Outcome>*>(data));
-            GError* error = nullptr;
-            JSCValue* value = webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, &error);
-            if (value) {
-                char* text = jsc_value_to_string(value);
-                (*filled)->text = text;
-                g_free(text);
-                g_object_unref(value);
-            } else {
-                ADD_FAILURE() << "the page's script failed: " << error->message;
-                g_clear_error(&error);
-            }
-            (*filled)->done = true;
-        },
-        new std::shared_ptr<Outcome>(outcome));
-    RunUntil([&] { return outcome->done; }, "a script");
-    return outcome->text;
+    const auto call = std::make_shared<Call>(Call{webkit_web_view_evaluate_javascript_finish});
+    webkit_web_view_evaluate_javascript(Engine().View(), script.c_str(), -1, nullptr, nullptr, nullptr, Finished,
+                                        new std::shared_ptr<Call>(call));
+    RunUntil([&] { return call->done; }, "a script");
+    return call->text;
 }
 
 void DesktopTest::Type(const std::string& selector, const std::string& text, const std::string& document)
@@ -236,23 +218,18 @@ void DesktopTest::Type(const std::string& selector, const std::string& text, con
     const std::string element = document + ".querySelector('" + selector + "')";
     Script(element + ".focus(); " + element + ".select(); 1");
     webkit_web_view_execute_editing_command_with_argument(Engine().View(), "InsertText", text.c_str());
-    RunUntil([&] { return Script(element + ".value") == text; }, "the text in " + selector);
+    Await(element + ".value", text);
 }
 
 void DesktopTest::WaitUntilDrawn()
 {
     // A page that has just finished is not on the screen yet, and what the mouse does there is lost. The
     // page itself waits: asking it again and again would keep it from drawing.
-    const auto isDrawn = std::make_shared<bool>(false);
+    const auto call = std::make_shared<Call>(Call{webkit_web_view_call_async_javascript_function_finish});
     webkit_web_view_call_async_javascript_function(
         Engine().View(), "return new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done)));", -1,
-        nullptr, nullptr, nullptr, nullptr,
-        [](GObject*, GAsyncResult*, gpointer data) {
-            const std::unique_ptr<std::shared_ptr<bool>> drawn(static_cast<std::shared_ptr<bool>*>(data));
-            **drawn = true;
-        },
-        new std::shared_ptr<bool>(isDrawn));
-    RunUntil([&] { return *isDrawn; }, "the page on the screen");
+        nullptr, nullptr, nullptr, nullptr, Finished, new std::shared_ptr<Call>(call));
+    RunUntil([&] { return call->done; }, "the page on the screen");
 }
 
 void DesktopTest::Click(const std::string& selector)
@@ -260,16 +237,7 @@ void DesktopTest::Click(const std::string& selector)
     WaitUntilDrawn();
     const std::string box = "document.querySelector('" + selector + "').getBoundingClientRect()";
     const double x = std::stod(Script(box + ".x + 8"));
-    const double y = std::stod(Script(box + ".y + 8"));
-    graphene_point_t place;
-    const graphene_point_t inView{static_cast<float>(x), static_cast<float>(y)};
-    ASSERT_TRUE(gtk_widget_compute_point(Engine().Widget(), GTK_WIDGET(MainWindow().gobj()), &inView, &place));
-    double shadowX = 0;
-    double shadowY = 0;
-    gtk_native_get_surface_transform(GTK_NATIVE(MainWindow().gobj()), &shadowX, &shadowY);
-    Robot("mousemove --window " + std::to_string(XidOf(MainWindow())) + " " +
-          std::to_string(static_cast<int>(place.x + shadowX)) + " " +
-          std::to_string(static_cast<int>(place.y + shadowY)) + " click 1");
+    ClickAt(Engine().Widget(), x, std::stod(Script(box + ".y + 8")));
 }
 
 void DesktopTest::Key(const std::string& key)
@@ -278,8 +246,8 @@ void DesktopTest::Key(const std::string& key)
     // The view may give the focus to the whole page when it gets the window's.
     Script("window.focused = document.activeElement; 1");
     gtk_widget_grab_focus(GTK_WIDGET(Engine().View()));
-    Robot("windowfocus --sync " + std::to_string(XidOf(MainWindow())));
-    RunUntil([&] { return Script("document.hasFocus()") == "true"; }, "the focus in the page");
+    FocusOn(MainWindow());
+    Await("document.hasFocus()", "true");
     Script("window.focused.focus(); 1");
     Robot("key " + key);
 }

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <gtkmm/widget.h>
 
 #include <deque>
 #include <filesystem>
@@ -13,13 +12,19 @@
 #include <vector>
 
 #include "program/Program.h"
+#include "tests/desktop/Hands.h"
 #include "tests/support/WebServer.h"
 
 namespace velmora::test {
 
+constexpr char kRecordQuestion[] = "A temporary record is created, do you want to view/edit it now?";
+
 /// Lets events run until the condition holds. After ten seconds the test fails, with `what` it waited
 /// for, and false comes back.
 bool RunUntil(const std::function<bool()>& condition, const std::string& what);
+
+/// The bytes of a file.
+std::string FileText(const std::filesystem::path& file);
 
 /// The one desktop of the test program.
 Desktop& TheDesktop();
@@ -50,6 +55,7 @@ struct Question {
 
 class DesktopTest : public testing::Test {
 protected:
+    /// Starts the program; it shows its guide.
     void SetUp() override;
     void TearDown() override;
 
@@ -69,14 +75,25 @@ protected:
     Gtk::Window& MainWindow() { return program_->View().Surface(); }
 
     // The window.
-    Gtk::Widget& Widget(const std::string& name);
+    Gtk::Widget& Widget(const std::string& name) { return FindIn(MainWindow(), name); }
     /// Presses a button that a user could press now: it is on the screen and enabled.
     void Press(const std::string& button);
     void TypeAddress(const std::string& address);
-    /// Types the address, presses Go and waits until the document has completed.
+    /// Types the address and presses Go.
+    void SetOff(const std::string& address);
+    /// The same, and waits until the document has completed.
     void Go(const std::string& address);
+    /// Puts a page on the server and goes there.
+    void Show(const std::string& path, const std::string& html, const std::string& type = "text/html; charset=utf-8")
+    {
+        server_.Page(path, html, type);
+        Go(server_.Url(path));
+    }
+    std::string Status() { return Form().StatusBar1.Panels(1).Text(); }
     /// Selects a row of a list, from 1, through the list on the screen.
     void SelectRow(const std::string& list, int row);
+    /// Moves the first temporary record to the permanent ones.
+    void MoveToPermanent();
     void Screenshot(const std::string& name);
 
     // Questions. One that nobody expects fails the test.
@@ -88,11 +105,16 @@ protected:
     // The page.
     /// Runs a script in the page's own world and gives its result as text.
     std::string Script(const std::string& script);
+    /// Waits until a script gives that text.
+    void Await(const std::string& script, const std::string& text)
+    {
+        RunUntil([&] { return Script(script) == text; }, script + " to be " + text);
+    }
+    void AwaitExplanation() { Await("document.title", "This page could not be loaded"); }
     /// Types a text into a field, by its CSS selector, as the keyboard does.
     void Type(const std::string& selector, const std::string& text, const std::string& document = "document");
     /// Presses the real mouse button over an element, or the real key while an element has the focus.
     void Click(const std::string& selector);
-    void WaitUntilDrawn();
     void Key(const std::string& key);
     /// Addresses of all documents that have completed in this program.
     const std::vector<std::string>& Completed() const { return completed_; }
@@ -104,6 +126,7 @@ protected:
     WebServer server_;
 
 private:
+    void WaitUntilDrawn();
     void AnswerOpenQuestion();
     void Answer(Gtk::Window& box);
 

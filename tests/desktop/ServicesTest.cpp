@@ -10,12 +10,10 @@
 #include "services/frmProxy.h"
 #include "tests/desktop/Hands.h"
 #include "tests/desktop/Harness.h"
-#include "tests/support/ProxyServer.h"
 
 namespace velmora::test {
 namespace {
 
-using testing::Contains;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -34,14 +32,11 @@ protected:
     void SetUp() override
     {
         DesktopTest::SetUp();
-        StartProgram();
         server_.Page("/popup.html", "<title>Small</title><form action='/sent'><input name='a'></form>");
-        server_.Page(
-            "/opener.html",
-            "<a id='link' target='_blank' href='/popup.html'>open in a new window</a>"
-            "<p id='script' onclick=\"w = window.open('/popup.html', '', 'width=300,height=200')\">open by script</p>"
-            "<p id='late' onclick=\"setTimeout(() => window.open('/popup.html'), 50)\">open later</p>");
-        Go(server_.Url("/opener.html"));
+        Show("/opener.html",
+             "<a id='link' target='_blank' href='/popup.html'>open in a new window</a>"
+             "<p id='script' onclick=\"w = window.open('/popup.html', '', 'width=300,height=200')\">open by script</p>"
+             "<p id='late' onclick=\"setTimeout(() => window.open('/popup.html'), 50)\">open later</p>");
     }
     void Open(const std::string& selector)
     {
@@ -93,12 +88,6 @@ TEST_F(PopupsOnScreen, OfLinksAndScriptsAreClosedByTheUserOrEndWithTheProgram)
 
 class ProxyOnScreen : public DesktopTest {
 protected:
-    void SetUp() override
-    {
-        DesktopTest::SetUp();
-        StartProgram();
-        proxy_.Answer("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nConnection: close\r\n\r\n<title>By proxy</title>");
-    }
     /// Opens the dialog from the menu, fills it in and presses OK; the box has to say this.
     void Set(const std::string& address, const std::string& port, bool use, const std::string& told)
     {
@@ -116,34 +105,31 @@ protected:
         MainWindow().activate_action("menu.mnuProxy");
         EXPECT_FALSE(OpenWindow("Proxy Setting"));
     }
-    std::string Port() const { return std::to_string(proxy_.Port()); }
+    std::string Port() const { return std::to_string(server_.Port()); }
 
     static constexpr char kSet[] = "The IE proxy settings was updated sucsessfully.";
     static constexpr char kCleared[] = "IE Proxy settings was cleared.";
     static constexpr char kRefused[] = "Unable to update the IE proxy settings.";
-    ProxyServer proxy_;
 };
 
 TEST_F(ProxyOnScreen, TakesHttpAloneFromOkUntilTheEnd)
 {
+    server_.Page("/page", "<title>By proxy</title>");
     Set("127.0.0.1", Port(), true, kSet);
     Go("http://no-such-host.test/page");
     EXPECT_EQ(Script("document.title"), "By proxy");
-    EXPECT_THAT(proxy_.Requests(), Contains("GET http://no-such-host.test/page HTTP/1.1"));
 
-    const auto proxied = proxy_.Requests().size();
+    const auto proxied = server_.Requests().size();
     WebServer secure(WebServer::Scheme::Https);
-    TypeAddress(secure.Url("/"));
-    Press("cmdPlayback");
+    SetOff(secure.Url("/"));
     RunUntil([&] { return Script("document.body.innerText").find("certificate") != std::string::npos; },
              "the server's own certificate");
-    EXPECT_THAT(proxy_.Requests(), SizeIs(proxied)) << "HTTPS goes directly";
+    EXPECT_THAT(server_.Requests(), SizeIs(proxied)) << "HTTPS goes directly";
 
     Set("127.0.0.1", Port(), false, kCleared);
-    TypeAddress("http://no-such-host.test/other");
-    Press("cmdPlayback");
-    RunUntil([&] { return Script("document.title") == "This page could not be loaded"; }, "the failure");
-    EXPECT_THAT(proxy_.Requests(), SizeIs(proxied));
+    SetOff("http://no-such-host.test/other");
+    AwaitExplanation();
+    EXPECT_THAT(server_.Requests(), SizeIs(proxied));
 
     Set("127.0.0.1", Port(), true, kSet);
     Expect({.text = kCleared, .button = "Ok"});
@@ -163,6 +149,7 @@ TEST_F(ProxyOnScreen, ATextThatIsNoAddressIsRefusedAndTheOldSettingStays)
                                         {"<b>", "80"}}) {
         Set(address, port, true, kRefused);
     }
+    server_.Page("/still", "<title>By proxy</title>");
     Go("http://no-such-host.test/still");
     EXPECT_EQ(Script("document.title"), "By proxy");
     Expect({.text = kCleared, .button = "Ok"});
@@ -171,11 +158,6 @@ TEST_F(ProxyOnScreen, ATextThatIsNoAddressIsRefusedAndTheOldSettingStays)
 
 class ProxyListOnDisk : public DesktopTest {
 protected:
-    void SetUp() override
-    {
-        DesktopTest::SetUp();
-        StartProgram();
-    }
     using Database = std::unique_ptr<sqlite3, int (*)(sqlite3*)>;
     Database Open()
     {

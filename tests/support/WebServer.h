@@ -1,6 +1,6 @@
-// A web server for tests, on this machine alone. It runs in the main context of the thread that made
-// it and answers while that context runs; nothing here waits. Every request is kept, in the order in
-// which the requests came.
+// A web server for tests, on this machine alone. It answers as a proxy, too, for its own pages. It runs in
+// the main context of the thread that made it and answers while that context runs; nothing here waits.
+// Every request is kept, in the order in which the requests came.
 #pragma once
 
 #include <functional>
@@ -13,13 +13,10 @@ namespace velmora::test {
 
 struct Request {
     std::string Method;
-    std::string Path;     ///< As sent, escapes included, without the query.
-    std::string Query;    ///< As sent, without the "?"; empty if there is none.
-    std::string Headers;  ///< "Name: value", each line ended by CR LF, in the order sent.
-    std::string Body;     ///< The bytes of the body.
-
-    /// The value of a header, letter case of the name ignored; empty if there is none.
-    std::string Header(const std::string& name) const;
+    std::string Path;   ///< As sent, escapes included, without the query.
+    std::string Query;  ///< As sent, without the "?"; empty if there is none.
+    std::string ContentType;
+    std::string Body;  ///< The bytes of the body.
 };
 
 struct Response {
@@ -27,7 +24,13 @@ struct Response {
     std::string ContentType = "text/html; charset=utf-8";
     int Status = 200;
     std::vector<std::pair<std::string, std::string>> Headers;
-    int DelayMs = 0;  ///< The answer waits that long, others go ahead of it.
+    bool Hangs = false;  ///< The answer never goes out.
+};
+
+/// Bytes that go out as they are, head and body, before the connection is closed or left to the other end.
+struct Raw {
+    std::string Bytes;
+    bool StaysOpen = false;
 };
 
 class WebServer {
@@ -45,9 +48,13 @@ public:
 
     /// Serves a page at a path, in place of what was there. A path without a page gives 404.
     void Page(const std::string& path, std::string html, std::string contentType = "text/html; charset=utf-8");
-    /// Lets a function answer for a path, for every method. One that throws gives 500.
+    /// Lets a function answer for a path, for every method.
     void Handler(const std::string& path, Handle handle);
 
+    /// Breaks off, or never comes to its end.
+    void RawAnswer(const std::string& path, Raw raw);
+
+    int Port() const;
     /// The whole address of a path. "localhost" as the host gives the same page on another site.
     std::string Url(const std::string& path, const std::string& host = "127.0.0.1") const;
 
