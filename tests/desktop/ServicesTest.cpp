@@ -1,13 +1,9 @@
-// Pop-ups, the proxy and the list of proxy servers on the real window and engine.
+// Pop-ups and the proxy on the real window and engine.
 #include <gmock/gmock.h>
 #include <gtkmm/button.h>
 #include <gtkmm/checkbutton.h>
 #include <gtkmm/entry.h>
-#include <sqlite3.h>
 
-#include <fstream>
-
-#include "services/frmProxy.h"
 #include "tests/desktop/Hands.h"
 #include "tests/desktop/Harness.h"
 
@@ -154,73 +150,6 @@ TEST_F(ProxyOnScreen, ATextThatIsNoAddressIsRefusedAndTheOldSettingStays)
     EXPECT_EQ(Script("document.title"), "By proxy");
     Expect({.text = kCleared, .button = "Ok"});
     EndProgram();
-}
-
-class ProxyListOnDisk : public DesktopTest {
-protected:
-    using Database = std::unique_ptr<sqlite3, int (*)(sqlite3*)>;
-    Database Open()
-    {
-        sqlite3* database = nullptr;
-        sqlite3_open(File().c_str(), &database);
-        return {database, sqlite3_close};
-    }
-    void Execute(const std::string& sql) { Execute(Open(), sql); }
-    static void Execute(const Database& database, const std::string& sql)
-    {
-        ASSERT_EQ(sqlite3_exec(database.get(), sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sql;
-    }
-    std::string File() const { return folder_ / "proxyserver.mdb"; }
-    /// What the boxes hold after the button's procedure has run.
-    std::string Get()
-    {
-        frmProxy& dialog = Form().ProxyDialog();
-        dialog.cmdProxy_Click();
-        return dialog.txtIP.Text() + "|" + dialog.txtPort.Text();
-    }
-};
-
-TEST_F(ProxyListOnDisk, HandsOutEachFreeServerOnceAcrossRuns)
-{
-    for (const std::string kind : {"", " without rowid"}) {
-        std::filesystem::remove(File());
-        Execute("create table tblProxy (id integer primary key, ip text, port, used text, note text)" + kind +
-                "; create index other_order on tblProxy (used);"
-                "insert into tblProxy values (1, 'taken', 1, 'Y', ''), (2, 'first', 8080, 'N', null),"
-                " (3, 'never', 2, null, ''), (4, 'second', '3128', '', ''), (5, 'third', 81.0, 'y', '')");
-        EXPECT_EQ(Get(), "first|8080") << kind;
-        EXPECT_EQ(Get(), "second|3128") << kind;
-        Expect({.text = "IE Proxy settings was cleared.", .button = "Ok"});
-        Restart();
-        EXPECT_EQ(Get(), "third|81") << kind;
-        EXPECT_EQ(Get(), "third|81") << "all are used";
-    }
-}
-
-TEST_F(ProxyListOnDisk, AFileThatCannotBeUsedChangesNothing)
-{
-    Form().ProxyDialog().txtIP.Text = "typed";
-    EXPECT_EQ(Get(), "typed|");
-    EXPECT_FALSE(std::filesystem::exists(File())) << "a missing file stays missing";
-    std::ofstream(File()) << "no database at all, but some text that is long enough for a header of one hundred bytes"
-                             " and then some more";
-    EXPECT_EQ(Get(), "typed|");
-    std::filesystem::remove(File());
-    std::filesystem::create_directory(File());
-    EXPECT_EQ(Get(), "typed|");
-    std::filesystem::remove(File());
-    for (const char* table : {"create table other (ip, port, used)", "create table tblProxy (ip, used)",
-                              "create table tblProxy (ip, port)"}) {
-        Execute(table);
-        EXPECT_EQ(Get(), "typed|") << table;
-        std::filesystem::remove(File());
-    }
-    Execute("create table tblProxy (ip, port, used); insert into tblProxy values ('free', 80, 'N')");
-    const Database other = Open();
-    Execute(other, "begin exclusive");
-    EXPECT_EQ(Get(), "typed|") << "somebody else has it locked";
-    Execute(other, "commit");
-    EXPECT_EQ(Get(), "free|80") << "no row was spent on the failures";
 }
 
 }  // namespace

@@ -11,12 +11,15 @@ protected:
     /// The user names the bookmark, or cancels where there is no name.
     void Bookmark(const std::optional<std::string>& name)
     {
-        InDialog<frmBookmark>([name](frmBookmark& dialog) {
+        Program().glngNoOfFormAction = 1;
+        InDialog<frmBookmark>([=, this](frmBookmark& dialog) {
+            EXPECT_EQ(Status(), "Bookmark (" + dialog.txtSession.Text() + ") is recorded!");
             EXPECT_FALSE(dialog.txtUrl.Enabled() || dialog.txtAction.Enabled());
             if (name) dialog.txtSession.Text = *name;
             Press(name ? dialog.cmdOK : dialog.cmdCancel);
         });
         Press(Program().cmdBookmark);
+        EXPECT_EQ(Program().glngNoOfFormAction, 0);
     }
     Lines Permanent() { return Rows(Program().lvwPermanent); }
 };
@@ -41,6 +44,7 @@ TEST_F(Bookmarks, AreRenamedInListAndFile)
     EXPECT_EQ(Status(), "Record session is modified!");
     EXPECT_NE(SessionFile("h_news.xml").find("<Session>Daily <news></Session>"), std::string::npos);
     Bookmark(std::nullopt);
+    EXPECT_EQ(Status(), "Modification is cancelled!");
     EXPECT_EQ(Permanent(), Lines{"Daily <news> | Bookmark | http://h/news | http://h/news"});
     Bookmark("");
     EXPECT_EQ(Permanent(), Lines{" | Bookmark | http://h/news | http://h/news"});

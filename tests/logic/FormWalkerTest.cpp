@@ -29,18 +29,19 @@ protected:
 
 TEST_F(FormWalker, FillsEachKindOfElement)
 {
-    const CannedPage page{.forms = {{"a.cgi",
-                                     {Text("User"),
-                                      {"PASSWORD", "pass", "old"},
-                                      {"textarea", "note"},
-                                      {"hidden", "token", "page"},
-                                      One("color", {{"Blue", "Red"}, {"Red", "1"}, {"Red", "3"}}),
-                                      Radio("size", "S", true),
-                                      Radio("size", "L"),
-                                      Box("news", "yes"),
-                                      Box("tour", "Y"),
-                                      Many("tags", {{"one", "1"}, {"two", "2"}, {"three", "3", true}, {"zwei", "2"}}),
-                                      Submit("go")}}}};
+    const CannedPage page{
+        .forms = {{"a.cgi",
+                   {Text("User"),
+                    {"PASSWORD", "pass", "old"},
+                    {"textarea", "note"},
+                    {"hidden", "token", "page"},
+                    One("color", {{"Blue", "Red"}, {"Red", "1"}, {"Red", "3"}}),
+                    Radio("size", "S", true),
+                    Radio("size", "L"),
+                    Box("news", "yes"),
+                    Box("tour", "Y"),
+                    Many("tags", {{"one", "1"}, {"two", "2"}, {"three", "3", true}, {"zwei", "2"}, {"none", ""}}),
+                    Submit("go")}}}};
     EXPECT_EQ(Play(page,
                    "use=0&users=1&USER=anna+b&p%41ss=%41&note=x%0D%0Ay&token=rec&color=Red&size=L&news=yes&tour=y&tags="
                    "2&tags=1"),

@@ -8,8 +8,8 @@ class Playback : public LogicHarness {
 protected:
     Playback()
     {
-        site[kLogin] = {.forms = {{"check.cgi", {Text("user"), Submit("go")}}}};
-        site["http://h/check.cgi"] = {.forms = {{"next.cgi", {Text("city"), Submit("on")}}}};
+        site[kLogin] = {.forms = {{"check.cgi", {Text("user"), Submit("go"), Submit("later")}}}};
+        site["http://h/check.cgi"] = {.forms = {{"next.cgi", {Text("city"), {"SUBMIT", "on"}}}}};
     }
 
     void KeepLogin(const std::string& url = kLogin, const std::string& name = "Login", const std::string& user = "anna")
@@ -96,7 +96,7 @@ TEST_F(Playback, AFilledFormIsNotCapturedAndTheNextPagesRecordPlaysInItsTurn)
 TEST_F(Playback, EachFrameHasItsTurn)
 {
     const CannedPage frame{.forms = {{"check.cgi", {Text("user")}}}, .address = "http://h/inner.html"};
-    site["http://h/set.html"] = {.frames = {{.address = "http://h/menu.html"}, frame}};
+    site["http://h/set.html"] = {.frames = {{.forms = {{"check.cgi", {Text("USER")}}}}, frame}};
     KeepLogin("http://h/inner.html");
     RestartWithoutPrompt();
     Pick(Program().mnuManualClick);
@@ -107,19 +107,21 @@ TEST_F(Playback, EachFrameHasItsTurn)
     KeepLogin("http://h/set.html", "Set", "berta");
     RestartWithoutPrompt();
     Go("http://h/set.html");
-    EXPECT_EQ(Journal(), Lines{"user := berta"}) << "and the set its own, through its frames";
+    EXPECT_EQ(Journal(), Lines{"USER := berta"}) << "and the set its own, through its frames";
 }
 
 TEST_F(Playback, GoToAsksAndGoes)
 {
     KeepLogin();
-    Keep({"Bookmark", "Mark", "http://h/news", "http://h/news", "", "", ""});
+    Keep({"Other", "Mark", "http://h/news", "", "", "", ""});
     Restart();
     Switch(Program().mnuAutoHide, false);
     Shown();
     OpenRecords(0, 1);
     dialogs.Answers = {Answer::No, Answer::Yes};
+    Program().glngNoOfFormAction = 1;
     Press(Program().cmdFill);
+    EXPECT_EQ(Program().glngNoOfFormAction, 0);
     EXPECT_EQ(Program().txtUrl.Text(), "velmora://guide/");
     Press(Program().cmdFill);
     EXPECT_EQ(Shown(), Lines(2, "[Address: http://h/news] Do you want to go to this address? (YesNo)"));
