@@ -69,22 +69,6 @@ TEST_F(BadPages, APageThatHangsFailsTheReadInTimeAndCanBeLeft)
     ExpectGoWorks();
 }
 
-TEST_F(BadPages, FilesThatAreNoRecordsLeaveTheWindowAndTheRecordsAlone)
-{
-    EndProgram();
-    const auto session = folder_ / "session";
-    std::ofstream(session / "good.xml") << "<Type>Form</Type><Session>kept</Session><Url>http://a/</Url>";
-    std::ofstream(session / "empty.xml");
-    std::ofstream(session / "binary.xml") << std::string("\0\xff\xfe<Type>\0", 11);
-    std::ofstream(session / "plain.xml") << "no tags at all";
-    std::filesystem::resize_file((std::ofstream(session / "huge.xml") << "x", session / "huge.xml"), 1ULL << 30);
-    StartProgram("");
-    RunUntil([&] { return !Completed().empty(); }, "a page");
-    EXPECT_EQ(Form().lvwPermanent.Count(), 3);
-    EXPECT_TRUE(std::filesystem::exists(session / "huge.xml"));
-    ExpectGoWorks();
-}
-
 TEST_F(BadPages, ASessionFolderThatCannotBeMadeIsToldOnce)
 {
     EndProgram();

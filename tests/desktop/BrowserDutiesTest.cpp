@@ -110,7 +110,7 @@ TEST_F(FileDownloads, GoWhereTheUserSaysAndNeverOverAFileUnasked)
     EXPECT_FALSE(IsListShown());
 }
 
-TEST_F(FileDownloads, RunInSightAndCanBeCancelledOrFail)
+TEST_F(FileDownloads, RunInSightCanBeCancelledOrFailAndEndWithTheProgram)
 {
     server_.RawAnswer("/big.bin", {kHead + std::string(1000000, 'x'), true});
     Save(Fetch(server_.Url("/big.bin")), "part.bin");
@@ -132,10 +132,7 @@ TEST_F(FileDownloads, RunInSightAndCanBeCancelledOrFail)
             .button = "Ok"});
     Save(Fetch(server_.Url("/big.bin")), "broken.bin");
     RunUntil([&] { return AllAnswered(); }, "the message");
-}
 
-TEST_F(FileDownloads, EndWithTheProgram)
-{
     server_.RawAnswer("/big.bin", {kHead + std::string(1000000, 'x'), true});
     Save(Fetch(server_.Url("/big.bin")), "part.bin");
     RunUntil([&] { return IsListShown(); }, "the list of downloads");

@@ -19,6 +19,7 @@ protected:
             Press(name ? dialog.cmdOK : dialog.cmdCancel);
         });
         Press(Program().cmdBookmark);
+        EXPECT_EQ(Shown(), Lines{"dialog Edit Bookmark"});
         EXPECT_EQ(Program().glngNoOfFormAction, 0);
     }
     Lines Permanent() { return Rows(Program().lvwPermanent); }
@@ -66,8 +67,10 @@ TEST_F(Bookmarks, TakeTheRowOfAFormRecordOfTheirAddress)
 TEST_F(Bookmarks, NeedAPage)
 {
     EXPECT_TRUE(Program().cmdBookmark.Enabled());
-    Follow("about:blank");
-    EXPECT_FALSE(Program().cmdBookmark.Enabled());
+    for (const char* none : {"about:blank", ""}) {
+        Follow(none);
+        EXPECT_FALSE(Program().cmdBookmark.Enabled());
+    }
     Follow("http://h/");
     EXPECT_TRUE(Program().cmdBookmark.Enabled());
     Program().strLastUrl.clear();
@@ -84,6 +87,7 @@ protected:
             Press(save ? dialog.cmdOK : dialog.cmdCancel);
         });
         Pick(Program().mnuHome);
+        EXPECT_EQ(Shown(), Lines{"dialog Default Home Page Setup"});
     }
 };
 

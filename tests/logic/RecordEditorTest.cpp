@@ -94,9 +94,10 @@ TEST_F(RecordEditor, MovesATemporaryRecordWithItsNewValues)
 TEST_F(RecordEditor, ARecordWithoutFieldsKeepsItsPostData)
 {
     Open("a=1&b=2");
-    Edit([](frmEdit&) {});
-    Open("no pair");
+    Edit([](frmEdit& editor) { editor.SSTab1.Tab = 2; });
+    Program().lvwPermanent.Item(1).SetSubItem("Postdata", "no pair");
     Edit([](frmEdit& editor) {
+        EXPECT_EQ(editor.SSTab1.Tab(), 0);
         EXPECT_EQ(editor.lblName[0].Caption(), "Blank") << "no field of another record shows";
         EXPECT_FALSE(editor.txtValue[0].Enabled());
         editor.txtSession.Text = "Renamed";

@@ -165,6 +165,7 @@ TEST_F(PermanentStore, ButtonsNeedASelection)
     OpenRecords(0);
     for (auto* button : {&Program().cmdFill, &Program().cmdDelete, &Program().cmdEdit}) Press(*button);
     OpenRecords(1);
+    EXPECT_FALSE(Program().cmdFill.Enabled());
     Press(Program().cmdSave);
     EXPECT_EQ(Shown(), Lines(4, "Please select a record session from the list first!"));
     EXPECT_FALSE(Program().mnuHideRecord.Checked());

@@ -205,7 +205,7 @@ TEST_F(Shell, BackFollowsTheHistoryAndHelpHasAnAboutBox)
     p.wbMyBrowser.CommandStateChange.Raise(2, false);
     EXPECT_FALSE(p.cmdBack.Enabled());
     Pick(p.mnuAbout);
-    EXPECT_EQ(Shown(), Lines{"dialog About Velmora"});
+    EXPECT_EQ(Shown(), Lines{"dialog About Velmora, not centred"});
 }
 
 }  // namespace velmora::test

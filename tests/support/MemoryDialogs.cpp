@@ -31,7 +31,9 @@ Answer MemoryDialogs::MsgBox(const std::string& text, Buttons buttons, Icon icon
 
 void MemoryDialogs::ShowModal(Window& dialog)
 {
-    Shown.push_back("dialog " + dialog.Caption());
+    const bool isCentred =
+        dialog.Left() == (ScreenWidth() - dialog.Width()) / 2 && dialog.Top() == (ScreenHeight() - dialog.Height()) / 2;
+    Shown.push_back("dialog " + dialog.Caption() + (isCentred ? "" : ", not centred"));
     dialog.Visible = true;
     if (!Visits.empty()) {
         const auto visit = Visits.front();

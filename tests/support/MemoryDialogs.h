@@ -28,8 +28,8 @@ public:
     std::deque<std::function<void(Window&)>> Visits;
     std::function<void()> PendingEvents;  ///< What DoEvents lets in.
 
-    /// What was shown, in order: "[title] text (YesNo)", "[title] text (!)" with an icon, "dialog caption",
-    /// "tell: text".
+    /// What was shown, in order: "[title] text (YesNo)", "[title] text (!)" with an icon, "dialog caption" and
+    /// whether it did not stand in the middle of the screen, "tell: text".
     std::vector<std::string> Shown;
     int Unanswered = 0;  ///< Questions that got the safe answer.
     int EventRounds = 0;
