@@ -12,7 +12,7 @@ constexpr char kFormTag[] = "<form ";
 
 // What the index may hold in all. No real site comes near; a page that completes over and over with
 // ever more forms must not eat up the memory.
-constexpr std::size_t kMostIndexBytes = std::size_t{64} << 20;
+constexpr std::size_t kMostIndexBytes = std::size_t{16} << 20;
 
 std::size_t CostOf(const std::string& page, const std::string& action)
 {

@@ -139,6 +139,8 @@ bool frmBrowser::FieldNameMatches(const std::string& fieldName, const std::strin
     return i == fieldName.size() && j == wanted.size();
 }
 
+bool frmBrowser::HasPair(const std::string& postdata) { return postdata.find('=') != std::string::npos; }
+
 std::string frmBrowser::JoinPostdata(const std::vector<std::string>& names, const std::vector<std::string>& values)
 {
     if (names.empty()) throw std::logic_error("the field table was never filled");

@@ -19,11 +19,6 @@ void frmBrowser::cmdEdit_Click()
     }
 }
 
-bool frmBrowser::EditorIsOpen() const
-{
-    return (frmEdit_ && frmEdit_->Visible()) || (frmBookmark_ && frmBookmark_->Visible());
-}
-
 void frmBrowser::EditFormRecord(ListView& table, RecordItem& record)
 {
     frmEdit& dialog = Edit();
@@ -36,7 +31,6 @@ void frmBrowser::EditFormRecord(ListView& table, RecordItem& record)
     dialog.cmdPermanentOK.Enabled = temporary;
     dialog.Caption = temporary ? "Edit Temporary Record Session" : "Edit Permanent Record Session";
     CenterForm(dialog);
-    // The number is kept, since another document may finish and use the field table in the meantime.
     const std::size_t fields = ShowFields(record);
     platform_.dialogs.ShowModal(dialog);
     if (!dialog.bEditFlag) {
@@ -59,8 +53,7 @@ std::size_t frmBrowser::ShowFields(const RecordItem& record)
     frmEdit& dialog = Edit();
     SplitPostdata(record.Postdata, gstrFieldNames, gstrFieldValues);
     // Without a pair the split leaves the fields of another record in the table.
-    const bool hasPair = record.Postdata.find('=') != std::string::npos;
-    const std::size_t fields = hasPair ? gstrFieldNames.size() : 0;
+    const std::size_t fields = HasPair(record.Postdata) ? gstrFieldNames.size() : 0;
     for (std::size_t i = 0; i < frmEdit::kFields; ++i) {
         const bool isField = i < fields;
         dialog.lblName[i].Caption = isField ? gstrFieldNames[i] : "Blank";

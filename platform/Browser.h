@@ -34,6 +34,8 @@ public:
 class Element {
 public:
     virtual ~Element() = default;
+    /// The name as it comes back from a record: of a name beyond ASCII, each byte that the form sends is
+    /// one character of the code page; a plus sign is a blank.
     virtual std::string Name() = 0;
     virtual std::string Type() = 0;
     virtual std::string Value() = 0;
@@ -52,7 +54,8 @@ public:
 class Form {
 public:
     virtual ~Form() = default;
-    /// The action as written in the page; "[object]" when a field of that name hides it.
+    /// The action as written in the page, or the whole address where an announced navigation would be
+    /// spelled otherwise; "[object]" when a field of that name hides it.
     virtual std::string Action() = 0;
     virtual std::string Id() = 0;
     virtual int Length() = 0;
@@ -81,8 +84,9 @@ public:
     virtual std::shared_ptr<BrowserObject> Frames(int i) = 0;
     virtual int FormsLength() = 0;
     virtual std::shared_ptr<Form> Forms(int i) = 0;
-    /// The markup inside the document element, as UTF-8. An attribute value that needs no quotes
-    /// stands without them, with its character references decoded.
+    /// The markup of the document as far as it matters here, as UTF-8: the tags of its forms, one after
+    /// the other in document order, each with its action, spelled as Form::Action spells it, and its id.
+    /// No value stands in quotes or holds a blank that the engine would announce otherwise.
     virtual std::string InnerHtml() = 0;
     /// All elements of a tag in the order of the document. The name is not case-sensitive.
     virtual std::shared_ptr<ElementCollection> GetElementsByTagName(const std::string& tag) = 0;
@@ -90,7 +94,7 @@ public:
 
 /// A navigation that is about to begin.
 struct BeforeNavigate2Event {
-    BrowserObject& pDisp;  ///< The page or frame that navigates; still its old document.
+    BrowserObject& pDisp;  ///< The page or frame that navigates or holds the form; still its old document.
     std::string URL;
     long Flags = 0;
     std::string TargetFrameName;  ///< Empty when there is none.
@@ -108,8 +112,9 @@ public:
     virtual std::shared_ptr<Document> CurrentDocument() = 0;
 };
 
-/// The browser control. Calls return at once; results come as events. The engine attaches itself;
-/// without one, calls do nothing and the document cannot be read.
+/// The browser control. Calls return at once; results come as events, one at a time: while one is being
+/// handled, the next ones wait. The engine attaches itself; without one, calls do nothing and the document
+/// cannot be read.
 class WebBrowser : public Control, public BrowserObject {
 public:
     static constexpr int kCommandBack = 2;
@@ -126,8 +131,16 @@ public:
 
     Event<BeforeNavigate2Event&> BeforeNavigate2;
     Event<BrowserObject&, const std::string&> DocumentComplete;  ///< The finished document, its address.
-    Event<bool&> NewWindow2;                                     ///< Set true to refuse the window.
-    Event<int, bool> CommandStateChange;                         ///< A command, whether it is to be had.
+    /// A navigation that was announced ended without a document: a download, an answer without a page, a
+    /// load that was broken off, a place in the page that is shown.
+    Event<> NavigationEnded;
+    /// The user goes on with a document (and its address) that stayed after something was sent with it.
+    /// Comes ahead of the BeforeNavigate2 of what is sent next.
+    Event<BrowserObject&, const std::string&> DocumentResumed;
+    /// Set true to refuse the window. True from the start: the browser has refused it already, since the
+    /// user could not be asked.
+    Event<bool&> NewWindow2;
+    Event<int, bool> CommandStateChange;  ///< A command, whether it is to be had.
 
     void Attach(BrowserEngine* engine) { engine_ = engine; }
 

@@ -9,8 +9,10 @@ class Dialogs;
 class Files;
 class Proxy;
 class ProxyTable;
+class Turns;
 
 struct Platform {
+    Turns& turns;  ///< In which the user's actions and the browser's events are handled.
     Dialogs& dialogs;
     Files& files;
     Proxy& proxy;

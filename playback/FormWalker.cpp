@@ -11,6 +11,10 @@ namespace {
 
 constexpr char kWrite[] = "WRITE";
 
+// How much markup is searched for the actions of forms that hide theirs. A page with thousands of such
+// forms would otherwise have all of it searched for each.
+constexpr std::size_t kMostSearched = std::size_t{64} << 20;
+
 // The document of a frame; null if the frame refuses access.
 std::shared_ptr<Document> FrameDocument(Document& top, int i)
 {
@@ -61,6 +65,7 @@ bool frmBrowser::ProcessForm(const std::string& mode, Document& document, std::s
 std::shared_ptr<Form> frmBrowser::WalkForms(const std::string& mode, Document& document, std::string& action)
 {
     std::optional<std::string> html;
+    std::size_t searched = 0;
     const int forms = document.FormsLength();
     for (int i = 0; i < forms; ++i) {
         auto form = document.Forms(i);
@@ -68,7 +73,8 @@ std::shared_ptr<Form> frmBrowser::WalkForms(const std::string& mode, Document& d
         if (formAction == "[object]") {
             // One reading serves all forms: none is changed before the one that is found.
             if (!html) html = document.InnerHtml();
-            std::string written = FindFormTag(*html, form->Id());
+            searched += html->size();
+            std::string written = searched <= kMostSearched ? FindFormTag(*html, form->Id()) : std::string();
             if (!written.empty()) formAction = std::move(written);
         }
         if (UrlsMatch(action, formAction) && WalkElements(mode, *form)) return form;

@@ -34,6 +34,8 @@ void frmBrowser::PlayDocument(BrowserObject& pDisp, const std::string& URL)
 {
     if (gstrCurMode != "Playback") return;
     if (!mnuManualClick.Checked() && !mnuAutoClick.Checked()) return;
+    // A frame without an address of its own has one that every site's frames have: it is nobody's.
+    if (LowerCase(URL.substr(0, 6)) == "about:") return;
     const int rows = lvwPermanent.Count();
     for (int i = 1; i <= rows; ++i) {
         // The row is read whole only if it is the one: the list may be long, and this runs for each
@@ -48,7 +50,7 @@ void frmBrowser::PlayDocument(BrowserObject& pDisp, const std::string& URL)
                                                            Icon::None, "Session=" + record.Session);
             if (answer != Answer::Ok) continue;
         }
-        ProcessDocument(pDisp, "WRITE", record.Action, record.Postdata);
+        if (HasPair(record.Postdata)) ProcessDocument(pDisp, "WRITE", record.Action, record.Postdata);
         return;
     }
 }

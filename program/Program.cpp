@@ -25,8 +25,8 @@ Program::Options Program::UserOptions()
 
 Program::Program(Desktop& desktop, Dialogs& dialogs, const Options& options)
     : files_(options.programFolder),
-      form_(Platform{.dialogs = dialogs, .files = files_, .proxy = proxy_, .proxyTable = proxyTable_}),
-      engine_(form_.wbMyBrowser, dialogs, EngineOptions(options, files_)), timer_(form_.Timer1),
+      form_(Platform{.turns = turns_, .dialogs = dialogs, .files = files_, .proxy = proxy_, .proxyTable = proxyTable_}),
+      engine_(form_.wbMyBrowser, dialogs, turns_, EngineOptions(options, files_)), timer_(form_.Timer1),
       view_(form_, desktop, [this](WebBrowser&) { return Glib::wrap(engine_.Widget()); })
 {
     proxy_.Attach(engine_.Session());

@@ -4,11 +4,13 @@
 #include <memory>
 #include <string>
 
+#include "platform/Turns.h"
 #include "platform/desktop/Desktop.h"
 #include "platform/desktop/MainWindowView.h"
 #include "platform/desktop/TimerDriver.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/sqlite/SqliteProxyTable.h"
+#include "platform/webkit/Callbacks.h"
 #include "platform/webkit/WebKitBrowser.h"
 #include "platform/webkit/WebKitProxy.h"
 #include "shell/frmBrowser.h"
@@ -40,6 +42,8 @@ public:
     MainWindowView& View() { return view_; }
 
 private:
+    Callbacks callbacks_;
+    Turns turns_{[this](Turns::Action action) { callbacks_.Later(std::move(action)); }};
     PosixFiles files_;
     WebKitProxy proxy_;
     SqliteProxyTable proxyTable_;

@@ -13,7 +13,7 @@ void frmBrowser::wbMyBrowser_NewWindow2(bool& Cancel)
                Answer::Yes;
     };
     try {
-        Cancel = mnuBlock.Checked() || askToBlock();
+        Cancel = Cancel || mnuBlock.Checked() || askToBlock();
         if (Cancel) ++glngNoOfPopupBlocked;
         StatusBar1.Panels(2).Text =
             Cancel ? std::to_string(glngNoOfPopupBlocked) + " Pop-up is blocked" : "Pop-up is not blocked";

@@ -25,7 +25,7 @@ void frmBrowser::wbMyBrowser_DocumentComplete(BrowserObject& pDisp, const std::s
         ShowStatus({});
         CollectFormActions(pDisp, URL, glngNoOfFormAction, gstrFormActionPage, gstrFormAction);
         strLastUrl = URL;
-        cmdBookmark.Enabled = strLastUrl != "about:blank" && !strLastUrl.empty();
+        EnableBookmark();
         PlayDocument(pDisp, URL);
     } catch (const std::exception&) {
         // The address counts as handled, so that a failing fill is not tried again and again.
@@ -33,6 +33,20 @@ void frmBrowser::wbMyBrowser_DocumentComplete(BrowserObject& pDisp, const std::s
     // Last, since the playback compares with the address before this one.
     gstrLastFilledUrl = URL;
 }
+
+void frmBrowser::wbMyBrowser_NavigationEnded()
+{
+    Timer1.Enabled = false;
+    ShowStatus({});
+    EnableBookmark();
+}
+
+void frmBrowser::wbMyBrowser_DocumentResumed(BrowserObject& pDisp, const std::string& URL)
+{
+    CollectFormActions(pDisp, URL, glngNoOfFormAction, gstrFormActionPage, gstrFormAction);
+}
+
+void frmBrowser::EnableBookmark() { cmdBookmark.Enabled = strLastUrl != "about:blank" && !strLastUrl.empty(); }
 
 void frmBrowser::wbMyBrowser_CommandStateChange(int Command, bool Enable)
 {

@@ -1,6 +1,7 @@
 #include <exception>
 
 #include "platform/Files.h"
+#include "platform/Turns.h"
 #include "records/frmHome.h"
 #include "services/frmProxy.h"
 #include "shell/frmBrowser.h"
@@ -70,6 +71,7 @@ void frmBrowser::mnuExit_Click()
         if (answer != Answer::Yes) return;
     }
     Visible = false;
+    platform_.turns.End();
     platform_.dialogs.EndProgram();
 }
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "editor/frmEdit.h"
+#include "platform/Turns.h"
 #include "records/frmBookmark.h"
 #include "records/frmHome.h"
 #include "services/frmProxy.h"
@@ -97,18 +98,22 @@ void frmBrowser::ConnectEvents()
         {mnuBlock.Click, &frmBrowser::mnuBlock_Click},
         {mnuWebsite.Click, &frmBrowser::mnuWebsite_Click},
         {mnuAbout.Click, &frmBrowser::mnuAbout_Click},
-        {Timer1.Tick, &frmBrowser::Timer1_Timer},
-        {Resize, &frmBrowser::Form_Resize},
         {CloseRequested, &frmBrowser::mnuExit_Click},
     };
     for (const auto& [event, handler] : handlers) {
-        event.Add([this, call = handler] { (this->*call)(); });
+        event.Add([this, call = handler] { platform_.turns.Take([this, call] { (this->*call)(); }); });
     }
+    // The clock and the window's size wait for nobody.
+    Timer1.Tick.Add([this] { Timer1_Timer(); });
+    Resize.Add([this] { Form_Resize(); });
     SSTab1.Click.Add([this](int previousTab) { SSTab1_Click(previousTab); });
     lvwPermanent.ColumnClick.Add([this](const ColumnHeader& header) { lvwPermanent_ColumnClick(header); });
     wbMyBrowser.BeforeNavigate2.Add([this](BeforeNavigate2Event& event) { wbMyBrowser_BeforeNavigate2(event); });
     wbMyBrowser.DocumentComplete.Add(
         [this](BrowserObject& pDisp, const std::string& URL) { wbMyBrowser_DocumentComplete(pDisp, URL); });
+    wbMyBrowser.NavigationEnded.Add([this] { wbMyBrowser_NavigationEnded(); });
+    wbMyBrowser.DocumentResumed.Add(
+        [this](BrowserObject& pDisp, const std::string& URL) { wbMyBrowser_DocumentResumed(pDisp, URL); });
     wbMyBrowser.NewWindow2.Add([this](bool& Cancel) { wbMyBrowser_NewWindow2(Cancel); });
     wbMyBrowser.CommandStateChange.Add(
         [this](int Command, bool Enable) { wbMyBrowser_CommandStateChange(Command, Enable); });

@@ -72,6 +72,10 @@ public:
 
     void wbMyBrowser_BeforeNavigate2(BeforeNavigate2Event& event);
     void wbMyBrowser_DocumentComplete(BrowserObject& pDisp, const std::string& URL);
+    /// Nothing came of a navigation: the status line goes back to the document that stands.
+    void wbMyBrowser_NavigationEnded();
+    /// Notes the forms of a document that stayed once more.
+    void wbMyBrowser_DocumentResumed(BrowserObject& pDisp, const std::string& URL);
     void wbMyBrowser_CommandStateChange(int Command, bool Enable);
     void Timer1_Timer();
     void cmdBack_Click();
@@ -284,6 +288,8 @@ private:
     static void SetColumns(ListView& list);
     /// Sets the message line, panel 1.
     void ShowStatus(const std::string& text);
+    /// A bookmark can be taken of any page but an empty one.
+    void EnableBookmark();
     /// Tells the user to select a record first.
     void AskForSelection();
     /// Sets the session folder and makes it.
@@ -296,11 +302,9 @@ private:
     void WriteSessionFile(const RecordItem& record);
     /// Deletes the session file of an address; false if it is still there afterwards.
     bool DeleteSessionFile(const std::string& Url);
-    /// Whether a record is being edited, so that the selection must not change.
-    bool EditorIsOpen() const;
-
-    /// Compares a noted form with the address of a navigation, which may come back in lower case.
-    bool IsNotedForm(int i, std::string& strAction);
+    /// Whether a post data has anything to fill a form with: a walk without a pair would go by the pairs
+    /// of the record before.
+    static bool HasPair(const std::string& postdata);
     void CapturePost(BeforeNavigate2Event& event);
     void CaptureQuery(BeforeNavigate2Event& event);
     /// Makes the record of a submission that matches a noted form, and empties the index.

@@ -51,11 +51,10 @@ bool AgentChannel::ServeInPage()
             std::string body;
             if (!Receive(header, body)) return false;
             pending_ = serve_(header, body);
-            pendingFrame_ = header.frame;
+            pendingRequest_ = header;
             return true;
         }
-        const bool isRead = operation == wire::kRead || operation == wire::kMarkup;
-        if (!isRead || !ServeOne()) return false;
+        if (operation != wire::kRead || !ServeOne()) return false;
     }
     return false;
 }
@@ -92,7 +91,7 @@ bool AgentChannel::ServeOne()
     std::string body;
     if (!Receive(header, body)) return false;
     const Answer answer = serve_(header, body);
-    return header.operation == wire::kDone || Send(header.frame, answer);
+    return header.operation == wire::kDone || Send(header, answer);
 }
 
 bool AgentChannel::Receive(wire::RequestHeader& header, std::string& body)
@@ -107,17 +106,17 @@ bool AgentChannel::Receive(wire::RequestHeader& header, std::string& body)
 bool AgentChannel::SendPending()
 {
     const auto pending = std::exchange(pending_, std::nullopt);
-    return !pending || Send(pendingFrame_, *pending);
+    return !pending || Send(pendingRequest_, *pending);
 }
 
-bool AgentChannel::Send(std::uint64_t frame, const Answer& answer)
+bool AgentChannel::Send(const wire::RequestHeader& request, const Answer& answer)
 {
     if (answer.body.size() > wire::kLongestAnswer) {
-        return Send(frame, {.failed = true, .body = "the answer is too long"});
+        return Send(request, {.failed = true, .body = "the answer is too long"});
     }
     const wire::AnswerHeader header{.bodyBytes = static_cast<std::uint32_t>(answer.body.size()),
                                     .failed = answer.failed ? 1U : 0U,
-                                    .revision = revision_(frame)};
+                                    .revision = revision_(request)};
     const auto deadline = Clock::now() + kPatience;
     return SendAll(descriptor_, &header, sizeof header, deadline) &&
            SendAll(descriptor_, answer.body.data(), answer.body.size(), deadline);

@@ -21,8 +21,8 @@ public:
     };
     /// Serves a request.
     using Serve = std::function<Answer(const wire::RequestHeader&, const std::string& body)>;
-    /// How often the structure of a frame's forms has changed; asked when an answer goes out.
-    using Revision = std::function<std::uint64_t(std::uint64_t frame)>;
+    /// How often the structure of a document's forms has changed; asked when an answer goes out.
+    using Revision = std::function<std::uint64_t(const wire::RequestHeader&)>;
 
     /// Takes over the descriptor.
     AgentChannel(int descriptor, Serve serve, Revision revision, std::function<void()> closed);
@@ -43,7 +43,7 @@ private:
     bool ServeBurst();
     bool ServeOne();
     bool Receive(wire::RequestHeader& header, std::string& body);
-    bool Send(std::uint64_t frame, const Answer& answer);
+    bool Send(const wire::RequestHeader& request, const Answer& answer);
     bool SendPending();
     /// The operation of the request that waits; nothing if none has arrived whole.
     std::optional<std::uint32_t> NextOperation() const;
@@ -52,8 +52,8 @@ private:
     Serve serve_;
     Revision revision_;
     std::function<void()> closed_;
-    std::optional<Answer> pending_;  ///< Of a write in a page, and its frame.
-    std::uint64_t pendingFrame_ = 0;
+    std::optional<Answer> pending_;  ///< Of a write in a page, and its request.
+    wire::RequestHeader pendingRequest_{};
     guint source_ = 0;
 };
 

@@ -7,9 +7,12 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "platform/page/Wire.h"
 
 namespace velmora {
 
@@ -18,8 +21,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Runs the agent's script in each new document of a page and calls into it. Frames that are gone,
-/// and exceptions in the script, throw ScriptError.
+/// Runs the agent's script in each new document of a page and calls into it. Documents that are gone, and
+/// exceptions in the script, throw ScriptError.
 class FrameScripts {
 public:
     /// Sends an event of the script: its kind, the packed text.
@@ -29,26 +32,31 @@ public:
     using ServeInPage = std::function<bool()>;
 
     FrameScripts(Tell tell, ServeInPage serve) : tell_(std::move(tell)), serve_(std::move(serve)) {}
+    ~FrameScripts();
+    FrameScripts(const FrameScripts&) = delete;
+    FrameScripts& operator=(const FrameScripts&) = delete;
 
     /// Starts the script in a document that has just begun. `page` is the context of the page's own
     /// scripts in the same frame.
     void Begin(JSCContext* context, JSCContext* page, std::uint64_t frame);
 
     /// The script's answer to a packed request, also packed.
-    std::string Ask(std::uint64_t frame, const std::string& request);
-    /// The markup inside the document element.
-    std::string Markup(std::uint64_t frame);
-    void Click(std::uint64_t frame, const std::string& handle);
-    /// Keeps the questions of a frame's page (alert and the like) until ReleaseQuestions: a write into
-    /// the page would wait for their answers, and the program for the write.
-    void HoldQuestions(std::uint64_t frame);
+    std::string Ask(const wire::DocumentName& name, const std::string& request);
+    void Click(const wire::DocumentName& name, const std::string& handle);
+    /// Keeps the questions of the whole page (alert and the like): a write would wait for their answers.
+    void HoldQuestions();
     void ReleaseQuestions();
     /// Nothing more is asked of any frame for now.
     void Rest();
     /// The address of the frame's document may have changed within the document.
     void Moved(std::uint64_t frame);
-    /// How often the structure of the frame's forms has changed; 0 for a frame that is gone.
-    std::uint64_t Revision(std::uint64_t frame);
+    /// How often the structure of the document's forms has changed; 0 for one that is gone.
+    std::uint64_t Revision(const wire::DocumentName& name);
+
+    /// Whether a script wants to know what the page requests.
+    bool WatchesRequests() const { return !watching_.empty(); }
+    /// Tells those scripts of a request.
+    void Requested(const std::string& packed);
 
 private:
     struct Unref {
@@ -59,20 +67,36 @@ private:
 
     /// What the script keeps for a frame. The references are weak: the document owns it.
     struct Script {
+        std::uint64_t document;
         WeakValue object;
         WeakValue page;  ///< The window, for the page's own scripts.
     };
+    struct Alarm;
 
     static Value Evaluate(JSCContext* context, const std::string& file);
+    /// What the script needs of the engine and of the other files.
+    Value MakeParts(JSCContext* context, std::uint64_t frame);
+    Value MakeClock(JSCContext* context);
+    Value Call(const wire::DocumentName& name, const char* method, const char* argument = nullptr);
     Value Call(std::uint64_t frame, const char* method, const char* argument = nullptr);
+    void HoldQuestions(std::uint64_t frame);
+    void TellError(std::uint64_t frame, const std::string& error);
+    std::vector<std::uint64_t> Frames() const;
+
     static std::string BytesOf(JSCValue* value);
     static gboolean OnServe(gpointer self);
     static void OnTell(const char* kind, const char* packed, gpointer sender);
+    static void OnWatch(gboolean isOn, gpointer sender);
+    static double OnAfter(double milliseconds, JSCValue* action, gpointer self);
+    static void OnCancel(double alarm, gpointer self);
 
     Tell tell_;
     ServeInPage serve_;
     std::map<std::uint64_t, Script> scripts_;
     std::map<std::uint64_t, Value> heldQuestions_;  ///< What ends each hold.
+    bool holdsQuestions_ = false;
+    std::set<std::uint64_t> watching_;
+    std::set<guint> alarms_;
 };
 
 }  // namespace velmora

@@ -4,7 +4,9 @@
 #include <gio/gunixfdlist.h>
 #include <webkit/webkit-web-process-extension.h>
 
+#include <functional>
 #include <memory>
+#include <random>
 #include <string>
 
 #include "platform/page/AgentChannel.h"
@@ -18,7 +20,7 @@ namespace {
 class PageAgent {
 public:
     explicit PageAgent(WebKitWebPage* page)
-        : page_(page), number_((static_cast<std::uint64_t>(g_random_int()) << 16) ^ webkit_web_page_get_id(page)),
+        : page_(page), number_(NewNumber()),
           scripts_([this](const std::string& kind, const std::string& packed) { Tell(kind, packed); },
                    [this] { return channel_ && channel_->ServeInPage(); })
     {
@@ -36,7 +38,7 @@ public:
             scripts_.Begin(context, page, webkit_frame_get_id(frame));
             g_object_unref(page);
         } catch (const ScriptError& error) {
-            Tell("error", std::to_string(webkit_frame_get_id(frame)) + '\n' + wire::Pack({error.what()}));
+            Tell("error", std::to_string(webkit_frame_get_id(frame)) + "\n0\n" + wire::Pack({error.what()}));
         }
         g_object_unref(context);
     }
@@ -51,9 +53,29 @@ public:
         }
     }
 
+    /// The page is about to make a request.
+    void NoteRequest(WebKitURIRequest* request)
+    {
+        if (!scripts_.WatchesRequests()) return;
+        const auto text = [](const char* value) { return std::string(value ? value : ""); };
+        SoupMessageHeaders* headers = webkit_uri_request_get_http_headers(request);
+        const char* mode = headers ? soup_message_headers_get_one(headers, "Sec-Fetch-Mode") : nullptr;
+        const std::string packed = wire::Pack(
+            {text(webkit_uri_request_get_http_method(request)), text(webkit_uri_request_get_uri(request)), text(mode)});
+        // Not in the middle of the page's own work on it.
+        Later([packed](PageAgent& agent) { agent.scripts_.Requested(packed); });
+    }
+
 private:
+    static std::uint64_t NewNumber()
+    {
+        std::random_device source;
+        return ((std::uint64_t{source()} << 32) | source()) >> 4;
+    }
+
     void Tell(const std::string& kind, const std::string& packed)
     {
+        if (packed.size() > wire::kLongestEvent) return;
         WebKitUserMessage* message = NewMessage(wire::kEventPrefix + kind, packed);
         webkit_web_page_send_message_to_view(page_, message, nullptr, nullptr, nullptr);
     }
@@ -68,7 +90,7 @@ private:
     {
         if (asked_) return;
         asked_ = true;
-        webkit_web_page_send_message_to_view(page_, NewMessage(wire::kHello, "0"), nullptr, OnHelloAnswered,
+        webkit_web_page_send_message_to_view(page_, NewMessage(wire::kHello, "0\n0"), nullptr, OnHelloAnswered,
                                              new std::weak_ptr<PageAgent*>(self_));
     }
 
@@ -90,7 +112,7 @@ private:
         if (descriptor < 0) return;
         channel_ = std::make_unique<AgentChannel>(
             descriptor, [this](const auto& header, const auto& body) { return Serve(header, body); },
-            [this](std::uint64_t frame) { return scripts_.Revision(frame); },
+            [this](const auto& header) { return scripts_.Revision(header.document); },
             [this] {
                 // The program gave up waiting once: a new channel has no late answers in it.
                 channel_.reset();
@@ -101,12 +123,12 @@ private:
     AgentChannel::Answer Serve(const wire::RequestHeader& request, const std::string& body)
     {
         AgentChannel::Answer answer;
+        const wire::DocumentName& name = request.document;
         try {
             switch (request.operation) {
-            case wire::kWrite: scripts_.HoldQuestions(request.frame); [[fallthrough]];
-            case wire::kRead: answer.body = scripts_.Ask(request.frame, body); break;
-            case wire::kMarkup: answer.body = scripts_.Markup(request.frame); break;
-            case wire::kClick: ClickLater(request.frame, body); break;
+            case wire::kWrite: scripts_.HoldQuestions(); [[fallthrough]];
+            case wire::kRead: answer.body = scripts_.Ask(name, body); break;
+            case wire::kClick: ClickLater(name, body); break;
             case wire::kDone: scripts_.Rest(); return answer;
             default: throw ScriptError("no such operation");
             }
@@ -117,30 +139,35 @@ private:
         return answer;
     }
 
-    // A click may open a question of the page's own ("Really send?"), which the program can show only
-    // when it is not waiting for an answer.
-    void ClickLater(std::uint64_t frame, const std::string& handle)
+    // A click may open a question of the page's own ("Really send?"), which the user is to see when the
+    // program is not waiting for an answer.
+    void ClickLater(const wire::DocumentName& name, const std::string& handle)
     {
-        struct Click {
+        Later([name, handle](PageAgent& agent) {
+            try {
+                agent.scripts_.ReleaseQuestions();
+                agent.scripts_.Click(name, handle);
+            } catch (const ScriptError&) {
+                // The element went between the request and the click: nothing is left to click.
+            }
+        });
+    }
+
+    /// Runs an action from the main loop, unless the page goes first.
+    void Later(std::function<void(PageAgent&)> action)
+    {
+        struct Call {
             std::weak_ptr<PageAgent*> agent;
-            std::uint64_t frame;
-            std::string handle;
+            std::function<void(PageAgent&)> action;
         };
         g_idle_add_full(
             G_PRIORITY_HIGH,
             [](gpointer data) -> gboolean {
-                const auto& click = *static_cast<Click*>(data);
-                try {
-                    if (const auto agent = click.agent.lock()) {
-                        (*agent)->scripts_.ReleaseQuestions();
-                        (*agent)->scripts_.Click(click.frame, click.handle);
-                    }
-                } catch (const ScriptError&) {
-                    // The element went between the request and the click: nothing is left to click.
-                }
+                const auto& call = *static_cast<Call*>(data);
+                if (const auto agent = call.agent.lock()) call.action(**agent);
                 return G_SOURCE_REMOVE;
             },
-            new Click{self_, frame, handle}, [](gpointer data) { delete static_cast<Click*>(data); });
+            new Call{self_, std::move(action)}, [](gpointer data) { delete static_cast<Call*>(data); });
     }
 
     WebKitWebPage* page_;
@@ -165,6 +192,13 @@ void OnPageCreated(WebKitWebProcessExtension*, WebKitWebPage* page, gpointer)
                          return TRUE;
                      }),
                      agent);
+    g_signal_connect(
+        page, "send-request",
+        G_CALLBACK(+[](WebKitWebPage*, WebKitURIRequest* request, WebKitURIResponse*, PageAgent* asked) -> gboolean {
+            asked->NoteRequest(request);
+            return FALSE;
+        }),
+        agent);
 }
 
 void OnWindowObjectCleared(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame* frame, gpointer)

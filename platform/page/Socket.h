@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstddef>
+#include <functional>
 
 namespace velmora {
 
@@ -21,8 +22,8 @@ using Clock = std::chrono::steady_clock;
 // watched would keep the other from answering.
 inline constexpr std::chrono::microseconds kWatch{100};
 
-/// Waits until the socket is ready for `events` (POLLIN, POLLOUT); false at the deadline.
-inline bool WaitFor(int descriptor, short events, Clock::time_point deadline)
+/// Looks for a moment, without sleeping, whether the socket is ready for `events` (POLLIN, POLLOUT).
+inline bool Watch(int descriptor, short events, Clock::time_point deadline)
 {
     const auto watchEnd = std::min(deadline, Clock::now() + kWatch);
     do {
@@ -30,6 +31,13 @@ inline bool WaitFor(int descriptor, short events, Clock::time_point deadline)
         if (poll(&entry, 1, 0) > 0) return true;
         sched_yield();
     } while (Clock::now() < watchEnd);
+    return false;
+}
+
+/// Waits until the socket is ready for `events`; false at the deadline.
+inline bool WaitFor(int descriptor, short events, Clock::time_point deadline)
+{
+    if (Watch(descriptor, events, deadline)) return true;
     for (;;) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
         if (left < 0) return false;
@@ -40,8 +48,12 @@ inline bool WaitFor(int descriptor, short events, Clock::time_point deadline)
     }
 }
 
+/// Waits as WaitFor does; an end may have its own way to spend the time.
+using Wait = std::function<bool(int descriptor, short events, Clock::time_point deadline)>;
+
 /// Reads exactly `size` bytes; false if the other end hung up or the deadline passed.
-inline bool ReceiveAll(int descriptor, void* data, std::size_t size, Clock::time_point deadline)
+inline bool ReceiveAll(int descriptor, void* data, std::size_t size, Clock::time_point deadline,
+                       const Wait& wait = WaitFor)
 {
     auto* bytes = static_cast<char*>(data);
     while (size > 0) {
@@ -51,7 +63,7 @@ inline bool ReceiveAll(int descriptor, void* data, std::size_t size, Clock::time
             size -= static_cast<std::size_t>(got);
         } else if (got == 0 || (errno != EAGAIN && errno != EINTR)) {
             return false;
-        } else if (!WaitFor(descriptor, POLLIN, deadline)) {
+        } else if (!wait(descriptor, POLLIN, deadline)) {
             return false;
         }
     }
@@ -59,7 +71,8 @@ inline bool ReceiveAll(int descriptor, void* data, std::size_t size, Clock::time
 }
 
 /// Writes all bytes; false if the other end hung up or the deadline passed.
-inline bool SendAll(int descriptor, const void* data, std::size_t size, Clock::time_point deadline)
+inline bool SendAll(int descriptor, const void* data, std::size_t size, Clock::time_point deadline,
+                    const Wait& wait = WaitFor)
 {
     const auto* bytes = static_cast<const char*>(data);
     while (size > 0) {
@@ -69,7 +82,7 @@ inline bool SendAll(int descriptor, const void* data, std::size_t size, Clock::t
             size -= static_cast<std::size_t>(sent);
         } else if (errno != EAGAIN && errno != EINTR) {
             return false;
-        } else if (!WaitFor(descriptor, POLLOUT, deadline)) {
+        } else if (!wait(descriptor, POLLOUT, deadline)) {
             return false;
         }
     }

@@ -14,13 +14,15 @@
 
 namespace velmora::wire {
 
-// Events. Every packed text starts with the agent's number and the number of the frame.
+// Events. Every packed text starts with the agent's number, the frame's and the document's.
 inline constexpr char kHello[] = "velmora.hello";        ///< Asks for a channel; the reply carries one end of it.
-inline constexpr char kBegun[] = "velmora.begun";        ///< A new document; top.
+inline constexpr char kBegun[] = "velmora.begun";        ///< A new document: address, top.
 inline constexpr char kFinished[] = "velmora.finished";  ///< Address, top.
-inline constexpr char kFormData[] = "velmora.formdata";  ///< Address, method, target, target's frame, and the
-                                                         ///< body, empty if the method is not "post".
-inline constexpr char kLink[] = "velmora.link";          ///< Address, target, target's frame.
+inline constexpr char kGone[] = "velmora.gone";          ///< The document is left, or taken out of its page.
+/// Address, method, target, the body (empty if the method is not "post"), and how often the user has pressed
+/// a key or a button in the document.
+inline constexpr char kFormData[] = "velmora.formdata";
+inline constexpr char kLink[] = "velmora.link";  ///< Address, target, whether it leads into the same document.
 /// As kFormData, but sent by the page's script; then the document's address, the time of the submission
 /// (milliseconds since 1970), and the facts of the form and its elements at that time.
 inline constexpr char kSubmitted[] = "velmora.submitted";
@@ -32,18 +34,25 @@ inline constexpr char kMoved[] = "velmora.moved";
 /// The name of an event in the agent's script and in the list above.
 inline constexpr char kEventPrefix[] = "velmora.";
 
+/// A document: the number of its frame, and a number of its own that nobody can guess.
+struct DocumentName {
+    std::uint64_t frame = 0;
+    std::uint64_t number = 0;
+
+    bool operator==(const DocumentName&) const = default;
+};
+
 struct RequestHeader {
     std::uint32_t bodyBytes;
     std::uint32_t operation;
-    std::uint64_t frame;
+    DocumentName document;  ///< Another one in its frame refuses: the page is gone.
 };
 
 enum Operation : std::uint32_t {
-    kRead = 0,    ///< Body: a packed text for the script; the answer is packed.
-    kMarkup = 1,  ///< No body; the answer is the markup as it is.
-    kWrite = 2,   ///< As kRead; the page's own handlers run.
-    kClick = 3,   ///< Body: a handle. Answered at once; the click follows.
-    kDone = 4,    ///< No body, no answer: the program has handled the event, and nothing follows.
+    kRead = 0,   ///< Body: a packed text for the script; the answer is packed.
+    kWrite = 1,  ///< As kRead; the page's own handlers run.
+    kClick = 2,  ///< Body: a handle. Answered at once; the click follows.
+    kDone = 3,   ///< No body, no answer: the program has handled the event, and nothing follows.
 };
 
 struct AnswerHeader {
@@ -52,10 +61,10 @@ struct AnswerHeader {
     std::uint64_t revision;  ///< How often the structure of the frame's forms has changed.
 };
 
-/// No request is longer, no answer, and no packed answer, in bytes.
+/// No request is longer, no answer and no event, in bytes.
 inline constexpr std::uint32_t kLongestRequest = 64U << 20;
-inline constexpr std::uint32_t kLongestAnswer = 64U << 20;
-inline constexpr std::uint32_t kLongestFacts = 16U << 20;
+inline constexpr std::uint32_t kLongestAnswer = 4U << 20;
+inline constexpr std::uint32_t kLongestEvent = 16U << 20;
 
 /// Texts joined by line feeds, with "\", line feed and zero escaped: never a zero byte inside.
 inline void AppendPacked(std::string& packed, std::string_view text)
@@ -104,6 +113,7 @@ public:
     std::uint64_t Number()
     {
         const std::string text = Text();
+        // 19 digits always fit.
         if (text.empty() || text.size() > 19) throw WireError("a number is missing");
         std::uint64_t number = 0;
         for (const char c : text) {

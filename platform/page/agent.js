@@ -1,12 +1,16 @@
 // The page agent's script. It runs in every frame of a page, in a script world of its own: the page's
 // scripts cannot see or change what is here, and the prototypes that it uses are untouched.
 //
-// The file is one function. It is called once for each new document, with the frame's number, a
-// function that sends an event to the program, the function of formbody.js and what that one needs.
-// What it returns answers the program's requests; it is kept as `velmoraAgent` in the frame's window,
-// where the agents of the frames around find it.
-(function (frameNumber, tellProgram, parts) {
+// The file is one function. It is called once for each new document, with the frame's and the document's
+// number, a function that sends an event to the program, the functions of the other files and what those
+// need of the engine. What it returns answers the program's requests; it is kept as `velmoraAgent` in the
+// frame's window, where the agents of the frames around find it.
+(function (frameNumber, documentNumber, tellProgram, parts) {
   "use strict";
+
+  const dom = parts.dom();
+  const { clock } = parts;
+  const { encodingOf, nameOf, describe, targetOf } = parts.outgoing(dom, parts, () => acts);
 
   // --- Texts on the wire: joined by line feeds, with "\", line feed and zero escaped -------------
 
@@ -30,31 +34,21 @@
 
   // --- What the program knows stays valid until the form's structure changes ---------------------
 
-  // A form's field may be named "action" or "elements" and hide the form's own member; the getters of
-  // the prototype cannot be hidden.
-  function member(type, name, object) {
-    return Object.getOwnPropertyDescriptor(type.prototype, name).get.call(object);
-  }
-
   const kStructure = "input,select,textarea,button,option,optgroup,form,iframe,frame,frameset";
   const kAttributes =
     ["name", "type", "value", "src", "form", "action", "id", "label", "disabled", "checked", "selected"];
 
-  // Numbers begin at a place of their own in each document, so that one that the program still holds
-  // from the document before means nothing here.
-  const kFirst = Math.floor(Math.random() * 2 ** 40) * 1000;
-
-  let revision = kFirst;
+  let revision = 1;
   let observer = null;
 
   function concernsForms(node) {
-    return node.nodeType === Node.ELEMENT_NODE && (node.matches(kStructure) || node.querySelector(kStructure) !== null);
+    return dom.isElement(node) && (dom.matches(node, kStructure) || dom.find(node, kStructure) !== null);
   }
 
   function changesStructure(record) {
-    const inside = record.target.nodeType === Node.ELEMENT_NODE ? record.target : record.target.parentElement;
-    if (inside !== null && inside.closest("select") !== null) return true;
-    if (record.type === "attributes") return inside.matches(kStructure);
+    const inside = dom.isElement(record.target) ? record.target : dom.parentOf(record.target);
+    if (inside !== null && dom.closest(inside, "select") !== null) return true;
+    if (record.type === "attributes") return dom.matches(inside, kStructure);
     return [...record.addedNodes, ...record.removedNodes].some(concernsForms);
   }
 
@@ -83,7 +77,7 @@
   function handleOf(node) {
     let handle = handles.get(node);
     if (handle === undefined) {
-      handle = kFirst + nodes.size;
+      handle = nodes.size;
       nodes.set(handle, new WeakRef(node));
       handles.set(node, handle);
     }
@@ -99,7 +93,7 @@
   // --- Reads ------------------------------------------------------------------------------------
 
   function controlsOf(form) {
-    const listed = Array.from(member(HTMLFormElement, "elements", form));
+    const listed = Array.from(dom.read(HTMLFormElement, "elements", form));
     return listed.filter((element) => element.matches("input,select,textarea,button"));
   }
 
@@ -116,11 +110,11 @@
     const isSelect = element instanceof HTMLSelectElement;
     const facts = [
       handleOf(element),
-      element.name ?? "",
+      nameOf(element),
       typeOf(element),
       element.value ?? "",
       element.checked ? 1 : 0,
-      element.getAttribute("src") ?? "",
+      dom.attribute(element, "src") ?? "",
     ];
     const options = isSelect ? Array.from(element.options) : [];
     if (isSelect) optionLists.set(element, options);
@@ -135,16 +129,37 @@
     return facts;
   }
 
+  /**
+   * A form's action as the page spells it, as far as the engine announces it in the same way; otherwise
+   * the address that it announces.
+   */
+  function spelledAction(form) {
+    const written = dom.attribute(form, "action") ?? "";
+    return /^[\w!#$%&()*+,./:;=?@[\]~-]*$/.test(written) ? written : dom.read(HTMLFormElement, "action", form);
+  }
+
   function actionOf(form) {
-    return typeof form.action === "string" ? form.getAttribute("action") ?? "" : "[object]";
+    return typeof form.action === "string" ? spelledAction(form) : "[object]";
+  }
+
+  /** A form's id, without what would end its tag. */
+  function idOf(form) {
+    return (dom.attribute(form, "id") ?? "").replaceAll(">", "%3E");
   }
 
   function formFacts(form) {
-    return [handleOf(form), actionOf(form), form.getAttribute("id") ?? ""];
+    return [handleOf(form), actionOf(form), idOf(form)];
+  }
+
+  /** The tags of the document's forms, with what there is to know of them and no quotes. */
+  function markup() {
+    const attribute = (name, value) => (value === "" ? "" : ` ${name}=${value}`);
+    const tagOf = (form) => `<form${attribute("action", spelledAction(form)) + attribute("id", idOf(form))} >`;
+    return dom.forms().map(tagOf).join("\n");
   }
 
   function documentFacts() {
-    const forms = Array.from(document.forms);
+    const forms = dom.forms();
     const facts = [window.length, forms.length];
     for (const form of forms) facts.push(...formFacts(form));
     return facts;
@@ -153,20 +168,23 @@
   const reads = {
     document: documentFacts,
     form: (handle) => listFacts(controlsOf(nodeOf(handle))),
-    tag: (name) => listFacts(Array.from(document.getElementsByTagName(name))),
+    tag: (name) => listFacts(dom.byTag(name)),
+    markup: () => [markup()],
     // A frame of another origin refuses here, by the web's own rules.
     frame: (index) => {
       const child = window[Number(index)];
-      if (child.document === null || child.velmoraAgent === undefined) throw new Error("the frame has no document");
-      return [child.velmoraAgent.frameNumber];
+      if (child.document === null || child.velmoraAgent?.answer === undefined) {
+        throw new Error("the frame has no document");
+      }
+      return [child.velmoraAgent.frameNumber, child.velmoraAgent.documentNumber];
     },
   };
 
   // --- Writes: what a user's own change does, and only if it changes something -------------------
 
   function announceChange(element, inputEvent) {
-    element.dispatchEvent(inputEvent);
-    element.dispatchEvent(new Event("change", { bubbles: true }));
+    dom.dispatch(element, inputEvent);
+    dom.dispatch(element, new Event("change", { bubbles: true }));
   }
 
   const writes = {
@@ -201,8 +219,8 @@
     if (window.top === null) throw new Error("the frame is gone");
     const [operation, ...given] = unpack(message);
     observe();
-    if (operation in reads) return pack(reads[operation](...given));
-    if (operation in writes) {
+    if (Object.hasOwn(reads, operation)) return pack(reads[operation](...given));
+    if (Object.hasOwn(writes, operation)) {
       writes[operation](...given);
       return "";
     }
@@ -224,75 +242,19 @@
 
   // --- Events for the program -------------------------------------------------------------------
 
-  function frameOfTarget(name) {
-    const target = name.toLowerCase();
-    if (target === "" || target === "_self") return window;
-    if (target === "_parent") return window.parent;
-    if (target === "_top") return window.top;
-    if (target === "_blank") return null;
-    const find = (frame) => {
-      try {
-        if (frame.name === name) return frame;
-      } catch {
-        return null; // another origin keeps its name and its frames to itself
-      }
-      for (let i = 0; i < frame.length; ++i) {
-        const found = find(frame[i]);
-        if (found !== null) return found;
-      }
-      return null;
-    };
-    return find(window) ?? find(window.top);
-  }
-
-  /** The number of the frame that a target names; 0 for a new window or a frame that refuses. */
-  function frameNumberOfTarget(name) {
-    try {
-      return frameOfTarget(name)?.velmoraAgent?.frameNumber ?? 0;
-    } catch {
-      return 0;
-    }
-  }
-
-  /** The target's name as the page gives it; one of the reserved words counts as none. */
-  function targetName(name) {
-    return name.startsWith("_") ? "" : name;
-  }
-
-  function encodingOf(form) {
-    for (const label of form.getAttribute("accept-charset")?.split(/[ \t\n\f\r,]+/) ?? []) {
-      try {
-        return new TextDecoder(label).encoding;
-      } catch {
-        // an unknown label: the next one counts
-      }
-    }
-    return document.characterSet;
-  }
-
-  let encodeForm = null;
-
-  /** The bytes that the default encoding makes of a form's entries; a file gives its name. */
-  function formBody(form, formData) {
-    encodeForm ??= parts.formbody(parts.convert);
-    const texts = Array.from(formData, ([name, value]) => [name, typeof value === "string" ? value : value.name]);
-    return encodeForm(texts, encodingOf(form));
-  }
-
-  /** Method, address and target of a form, with what the button that submits it changes of them. */
-  function destinationOf(form, submitter) {
-    const effective = (attribute, name) =>
-      submitter?.hasAttribute("form" + attribute) ? submitter["form" + name] : member(HTMLFormElement, attribute, form);
-    const target = submitter?.getAttribute("formtarget") ?? form.getAttribute("target") ??
-      document.querySelector("base[target]")?.target ?? "";
-    return { method: effective("method", "Method"), address: effective("action", "Action"), target };
+  // How often the user has pressed a key or a button in this document.
+  let acts = 0;
+  for (const type of ["keydown", "pointerdown"]) {
+    dom.listen(window, type, (event) => {
+      if (event.isTrusted) acts += 1;
+    }, true);
   }
 
   let lastSubmit = null;
 
-  window.addEventListener("submit", (event) => {
+  dom.listen(window, "submit", (event) => {
     lastSubmit = event;
-    setTimeout(() => {
+    clock.after(0, () => {
       if (lastSubmit === event) lastSubmit = null;
     });
   }, true);
@@ -309,10 +271,8 @@
   let lastFacts = { formData: null, packed: "" };
 
   function tellFormData(event) {
-    const { method, address, target } = destinationOf(event.target, submitterOf(event.target));
-    if (method === "dialog") return; // closes a dialog of the page, goes nowhere
-    const body = method === "post" ? formBody(event.target, event.formData) : "";
-    const facts = [address, method, targetName(target), frameNumberOfTarget(target), body];
+    const facts = describe(event.target, submitterOf(event.target), event.formData, false);
+    if (facts[1] === "dialog") return; // closes a dialog of the page, goes nowhere
     const packed = pack(facts);
     if (lastFacts.formData === event.formData && lastFacts.packed === packed) return;
     lastFacts = { formData: event.formData, packed };
@@ -320,31 +280,34 @@
   }
 
   // The page's own listeners may change the entries, and one may stop the event. So the entries are
-  // told as they are at first, and again if they differ behind the listeners of any of these places:
+  // told as they are at first, and again if they differ after the listeners of any of these places:
   // the program takes the last.
-  window.addEventListener("formdata", (event) => {
+  dom.listen(window, "formdata", (event) => {
     tellFormData(event);
     for (const place of [event.target, document, window]) {
-      place.removeEventListener("formdata", tellFormData); // to come behind those that were added since
-      place.addEventListener("formdata", tellFormData);
+      dom.unlisten(place, "formdata", tellFormData); // to come after those that were added since
+      dom.listen(place, "formdata", tellFormData);
     }
   }, true);
 
-  window.addEventListener("click", (event) => {
+  const withoutFragment = (address) => address.split("#", 1)[0];
+
+  dom.listen(window, "click", (event) => {
     const link = event.composedPath()
       .find((node) => node instanceof HTMLAnchorElement || node instanceof HTMLAreaElement);
     if (link === undefined || !link.hasAttribute("href")) return;
-    tell("link", [link.href, targetName(link.target), frameNumberOfTarget(link.target)]);
+    const staysHere = link.href.includes("#") && withoutFragment(link.href) === withoutFragment(dom.address());
+    tell("link", [link.href, targetOf(link), staysHere ? 1 : 0]);
   }, true);
 
-  parts.submissions({
+  const submissions = parts.submissions(dom, {
     encodingOf,
-    describe: (form, submitter, entries) => {
-      const { method, address, target } = destinationOf(form, submitter);
-      return [address, method, targetName(target), frameNumberOfTarget(target), formBody(form, entries)];
-    },
+    describe,
     snapshot: (form) => [...formFacts(form), ...listFacts(controlsOf(form))],
     tell: (facts) => tell("submitted", facts),
+    clock,
+    watch: parts.watch,
+    acts: () => acts,
   });
 
   const isTop = window.parent === window ? 1 : 0;
@@ -359,26 +322,33 @@
     else if (parts.serve()) queueMicrotask(() => serve(kTurns));
   }
 
-  const settling = parts.settling(() => {
-    tell("finished", [document.URL, isTop]);
+  const settling = parts.settling(dom, clock, () => {
+    tell("finished", [dom.address(), isTop]);
     queueMicrotask(() => serve(0));
   });
 
+  function moved() {
+    submissions.moved();
+    settling.moved();
+  }
+
   // The event after all listeners of "load" have run; it comes for a page from the history's store too,
   // which does not load again.
-  window.addEventListener("pageshow", settling.loaded);
-  window.addEventListener("hashchange", settling.moved);
-  window.addEventListener("popstate", settling.moved);
+  dom.listen(window, "pageshow", settling.loaded);
+  dom.listen(window, "pagehide", () => tell("gone", []));
+  dom.listen(window, "hashchange", moved);
+  dom.listen(window, "popstate", moved);
 
-  tell("begun", [isTop]);
+  tell("begun", [dom.address(), isTop]);
 
   return {
     frameNumber,
+    documentNumber,
     answer,
     currentRevision,
     rest,
-    markup: () => document.documentElement?.innerHTML ?? "",
     click: (handle) => nodeOf(handle).click(),
-    moved: settling.moved,
+    moved,
+    requested: (message) => submissions.requested(...unpack(message)),
   };
 });

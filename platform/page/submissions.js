@@ -1,19 +1,24 @@
 // Submissions that the page's own script sends: a submit event whose default the page prevents, so
-// that no navigation follows. The file is one function; given what the agent has for it, it watches the
-// submit events of the document.
+// that no navigation follows. The page may have refused the form as well ("please fill in your name"),
+// so such an event counts only if the page sends something because of it or moves on. The file is one
+// function; given the ways into the document and what the agent has for it, it watches the submit events.
 //
 //   describe(form, submitter, entries): what the program is told of a submission with these entries
 //   snapshot(form): the facts of the form as it stands
 //   encodingOf(form): the name of the encoding in which the form is sent
 //   tell(facts): sends it
-(function (agent) {
+//   watch(isOn): whether the agent is to tell of the requests that the page makes, by `requested`
+//   acts(): how often the user has pressed a key or a button in the page
+(function (dom, agent) {
   "use strict";
 
-  const { describe, snapshot, tell, encodingOf } = agent;
+  const { describe, snapshot, tell, encodingOf, clock, watch, acts } = agent;
 
-  // A page may prevent the default and submit the form itself after all; its navigation is announced
-  // by then, and the program sees that it need not hear of the submission twice. In milliseconds.
-  const kDelay = 50;
+  // What a page sends because of a submission it sends within this time, in milliseconds.
+  const kPatience = 2000;
+
+  // A value shorter than this stands in many an address by chance.
+  const kTellingLength = 3;
 
   function controlEntries(control, submitter, encoding) {
     const { name, type } = control;
@@ -46,22 +51,73 @@
    * would notice it if the engine gathered them once more.
    */
   function entriesOf(form, submitter) {
-    const elements = Object.getOwnPropertyDescriptor(HTMLFormElement.prototype, "elements").get.call(form);
-    const controls = Array.from(elements);
+    const controls = Array.from(dom.read(HTMLFormElement, "elements", form));
     if (submitter?.type === "image") controls.push(submitter);
     const counts = (control) => control.matches("input,select,textarea,button") && !control.matches(":disabled") &&
       control.closest("datalist") === null;
     return controls.filter(counts).flatMap((control) => controlEntries(control, submitter, encodingOf(form)));
   }
 
-  window.addEventListener("submit", (event) => {
+  /** What of a form's entries tells that an address carries them. */
+  function valuesInAddress(entries) {
+    const filled = entries.filter(([, value]) => value !== "").map((pair) => pair.map(encodeURIComponent));
+    const telling = [...filled.map((pair) => pair.join("=")), ...filled.map(([, value]) => value)]
+      .filter((text) => text.length >= kTellingLength);
+    return [...telling, ...telling.map((text) => text.replaceAll("%20", "+"))];
+  }
+
+  /** The submission that may yet be sent: its event, its facts, what would show in an address, the user's acts. */
+  let pending = null;
+  let patience = null;
+
+  function forget() {
+    if (pending === null) return;
+    pending = null;
+    clock.cancel(patience);
+    watch(false);
+  }
+
+  function count() {
+    const { event, facts } = pending;
+    forget();
+    if (event.defaultPrevented) tell(facts);
+  }
+
+  /** The page goes to another address. After something else that the user has done, it does so because of that. */
+  function moved() {
+    if (pending === null) return;
+    if (acts() === pending.acts) count();
+    else forget();
+  }
+
+  /** Whether a request carries what the form holds, rather than a picture, a script or a note for statistics. */
+  function isData(method, address, mode) {
+    if (mode === "no-cors" || mode === "navigate") return false;
+    if (method !== "GET") return true;
+    return pending.values.some((value) => address.includes(value));
+  }
+
+  dom.listen(window, "submit", (event) => {
     if (!event.isTrusted) return; // made by a script, to call the handlers of others
+    forget();
     const { target: form, submitter } = event;
     // Now, since the page's handlers may empty the form.
     const entries = entriesOf(form, submitter);
-    const facts = [...describe(form, submitter, entries), document.URL, Date.now(), ...snapshot(form)];
-    setTimeout(() => {
-      if (event.defaultPrevented) tell(facts);
-    }, kDelay);
+    const facts = [...describe(form, submitter, entries), dom.address(), Date.now(), ...snapshot(form)];
+    pending = { event, facts, values: valuesInAddress(entries), acts: acts() };
+    patience = clock.after(kPatience, forget);
+    watch(true);
   }, true);
+
+  dom.listen(window, "pagehide", moved, true);
+
+  return {
+    moved,
+    /** The page makes a request: its method, address and mode (Fetch, "request mode"). */
+    requested: (method, address, mode) => {
+      if (pending === null) return;
+      if (!pending.event.defaultPrevented) forget();
+      else if (isData(method, address, mode)) count();
+    },
+  };
 })

@@ -48,8 +48,8 @@ bool IsForSaving(WebKitResponsePolicyDecision* decision)
            webkit_response_policy_decision_is_main_frame_main_resource(decision);
 }
 
-Downloads::Downloads(WebKitNetworkSession* session, Dialogs& dialogs)
-    : session_(session), dialogs_(dialogs), scroller_(gtk_scrolled_window_new()),
+Downloads::Downloads(WebKitNetworkSession* session, Dialogs& dialogs, Turns& turns)
+    : session_(session), dialogs_(dialogs), turns_(turns), scroller_(gtk_scrolled_window_new()),
       rows_(gtk_box_new(GTK_ORIENTATION_VERTICAL, 2))
 {
     g_object_ref_sink(scroller_);
@@ -209,9 +209,9 @@ void Downloads::Finish(WebKitDownload* download)
     if (asked_ == download) CloseChooser();
     items_.remove_if([item](const Item& other) { return &other == item; });
     ShowList();
-    callbacks_.Later([this, shown, failure, isCancelled] {
-        AskNext();
-        if (isCancelled) return;
+    callbacks_.Later([this] { AskNext(); });
+    if (isCancelled) return;
+    turns_.Post([this, shown, failure] {
         if (failure.empty()) {
             dialogs_.MsgBox("The download is complete:\n" + shown, Buttons::Ok, Icon::Information, "Download");
         } else {

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "platform/Dialogs.h"
+#include "platform/Turns.h"
 #include "platform/webkit/Callbacks.h"
 #include "platform/webkit/DownloadRow.h"
 
@@ -22,7 +23,7 @@ class Downloads {
 public:
     /// Takes care of all downloads of the session, which must outlive this. The user is asked where
     /// each is to go, one at a time and without being kept from anything else, and told how it ended.
-    Downloads(WebKitNetworkSession* session, Dialogs& dialogs);
+    Downloads(WebKitNetworkSession* session, Dialogs& dialogs, Turns& turns);
     /// Cancels what is not at its end.
     ~Downloads();
     Downloads(const Downloads&) = delete;
@@ -58,6 +59,7 @@ private:
 
     WebKitNetworkSession* session_;
     Dialogs& dialogs_;
+    Turns& turns_;
     GtkWidget* scroller_;
     GtkWidget* rows_;
     std::list<Item> items_;

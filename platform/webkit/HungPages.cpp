@@ -26,7 +26,7 @@ void HungPages::Watch(WebKitWebView* view)
     const auto changed = +[](WebKitWebView* from, GParamSpec*, HungPages* self) {
         if (webkit_web_view_get_is_web_process_responsive(from)) return;
         const std::shared_ptr<WebKitWebView> hung(WEBKIT_WEB_VIEW(g_object_ref(from)), g_object_unref);
-        self->callbacks_.Later([self, hung] { self->Ask(hung.get()); });
+        self->turns_.Post([self, hung] { self->Ask(hung.get()); });
     };
     callbacks_.Connect(view, "notify::is-web-process-responsive", G_CALLBACK(changed), this);
 }

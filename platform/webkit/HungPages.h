@@ -4,13 +4,14 @@
 #include <webkit/webkit.h>
 
 #include "platform/Dialogs.h"
+#include "platform/Turns.h"
 #include "platform/webkit/Callbacks.h"
 
 namespace velmora {
 
 class HungPages {
 public:
-    explicit HungPages(Dialogs& dialogs) : dialogs_(dialogs) {}
+    HungPages(Dialogs& dialogs, Turns& turns) : dialogs_(dialogs), turns_(turns) {}
 
     /// From now on, when the view's page does not answer for some seconds, the user is asked whether
     /// to stop it. Without a Yes it is left to itself.
@@ -20,6 +21,7 @@ private:
     void Ask(WebKitWebView* view);
 
     Dialogs& dialogs_;
+    Turns& turns_;
     bool isAsking_ = false;
     Callbacks callbacks_;
 };

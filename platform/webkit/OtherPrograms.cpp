@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 #include "platform/webkit/StandingPage.h"
 
@@ -75,7 +76,12 @@ bool OtherPrograms::Take(WebKitWebView* view, WebKitNavigationAction* action)
     const bool isTyped = loaded && address == loaded;
     const Wish wish{address, isTyped ? "" : StandingSite(view)};
     if (isTyped || webkit_navigation_action_is_user_gesture(action)) {
-        callbacks_.Later([this, wish] { Decide(wish); });
+        // One question at a time: a page that wants more until it is answered gets nothing.
+        if (std::exchange(isAsking_, true)) return true;
+        turns_.Post([this, wish] {
+            Decide(wish);
+            isAsking_ = false;
+        });
     } else if (told_.insert(wish.site).second) {
         dialogs_.Tell(wish.site + " was kept from opening " + Shortened(address) + " with another program.");
     }
@@ -93,15 +99,12 @@ void OtherPrograms::Decide(const Wish& wish)
 
 bool OtherPrograms::IsAllowed(const Wish& wish)
 {
-    // One question at a time: a page that wants more while it is open gets nothing.
-    if (isAsking_ || refused_.count(wish.site) > 0) return false;
+    if (refused_.count(wish.site) > 0) return false;
     const std::string what = "open " + Shortened(wish.address) + " with another program";
-    isAsking_ = true;
     const Answer answer =
         dialogs_.MsgBox(wish.site.empty() ? "Do you want to " + what + "?"
                                           : "The site " + wish.site + " wants to " + what + ". Do you allow it?",
                         Buttons::CautiousYesNo, Icon::Exclamation);
-    isAsking_ = false;
     if (answer != Answer::Yes && !wish.site.empty()) refused_.insert(wish.site);
     return answer == Answer::Yes;
 }

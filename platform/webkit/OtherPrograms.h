@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/Dialogs.h"
+#include "platform/Turns.h"
 #include "platform/webkit/Callbacks.h"
 
 namespace velmora {
@@ -16,7 +17,7 @@ bool IsForAnotherProgram(const std::string& address);
 
 class OtherPrograms {
 public:
-    explicit OtherPrograms(Dialogs& dialogs) : dialogs_(dialogs) {}
+    OtherPrograms(Dialogs& dialogs, Turns& turns) : dialogs_(dialogs), turns_(turns) {}
 
     /// From now on no such address takes the place of the view's page, and what was typed there. When
     /// the user typed it or gave reason for it with a click or a key, the user is asked and the
@@ -36,6 +37,7 @@ private:
     void Launch(const std::string& address);
 
     Dialogs& dialogs_;
+    Turns& turns_;
     std::set<std::string> refused_;  ///< Sites that got a No.
     std::set<std::string> told_;     ///< Sites whose own wishes the user was told about.
     bool isAsking_ = false;

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <numeric>
 
 namespace velmora {
 
@@ -16,9 +17,46 @@ constexpr std::size_t kMostAgents = 32;
 // An action that its navigation does not follow (a form's data read by the page's own script, a link
 // that a script took over) stays behind; only the latest can matter.
 constexpr std::size_t kMostActions = 16;
+constexpr std::size_t kLongestBody = std::size_t{4} << 20;  // In bytes.
+constexpr std::size_t kMostBodies = std::size_t{16} << 20;
 
 std::string WithoutFragment(const std::string& url) { return url.substr(0, url.find('#')); }
 std::string WithoutQuery(const std::string& url) { return url.substr(0, url.find_first_of("?#")); }
+
+PageAction ReadFormAction(wire::Reader& reader, const PagePlace& place)
+{
+    PageAction form;
+    form.isForm = true;
+    form.url = reader.Text();
+    form.method = reader.Text();
+    form.target = reader.Text();
+    form.body = reader.Text();
+    form.userActs = reader.Number();
+    form.place = place;
+    if (form.body.size() > kLongestBody) form.body.clear();
+    return form;
+}
+
+PageAction ReadLinkAction(wire::Reader& reader, const PagePlace& place)
+{
+    PageAction link;
+    link.url = reader.Text();
+    link.target = reader.Text();
+    link.staysHere = reader.Flag();
+    link.place = place;
+    return link;
+}
+
+PageSubmission ReadSubmission(wire::Reader& reader, const PagePlace& place)
+{
+    PageSubmission submission;
+    submission.action = ReadFormAction(reader, place);
+    submission.url = reader.Text();
+    submission.time = reader.Number();
+    submission.form.form = ReadForm(reader);
+    submission.form.elements = ReadElements(reader);
+    return submission;
+}
 
 }  // namespace
 
@@ -30,14 +68,19 @@ bool PageAgents::Take(WebKitUserMessage* message)
     if (!parameters || !g_variant_is_of_type(parameters, G_VARIANT_TYPE_STRING)) return true;
     gsize length = 0;
     const char* packed = g_variant_get_string(parameters, &length);
+    if (length > wire::kLongestEvent) return true;
     try {
         wire::Reader reader(std::string_view(packed, length));
         const std::uint64_t agent = reader.Number();
-        const std::uint64_t frame = reader.Number();
+        PagePlace place;
+        place.document.frame = reader.Number();
+        place.document.number = reader.Number();
         if (name == wire::kHello) {
             AnswerHello(message, agent);
-        } else {
-            Dispatch(name, reader, agent, frame);
+        } else if (name == wire::kError) {
+            g_warning("velmora: a fault in the page agent's script: %s", reader.Text().c_str());
+        } else if ((place.channel = ChannelOf(agent))) {
+            Dispatch(name, reader, place);
         }
     } catch (const wire::WireError& error) {
         g_warning("velmora: a page agent's message was dropped: %s", error.what());
@@ -47,64 +90,37 @@ bool PageAgents::Take(WebKitUserMessage* message)
     return true;
 }
 
-void PageAgents::Dispatch(const std::string& name, wire::Reader& reader, std::uint64_t agent, std::uint64_t frame)
+void PageAgents::Dispatch(const std::string& name, wire::Reader& reader, const PagePlace& place)
 {
-    const PagePlace place{ChannelOf(agent), frame};
     if (name == wire::kBegun) {
-        if (place.channel) place.channel->BeginDocument(frame);
-        if (reader.Flag()) top_ = place;
-    } else if (name == wire::kFinished) {
         const std::string url = reader.Text();
         if (reader.Flag()) top_ = place;
-        finished_(place, url);
+        listener_.OnBegun(place, url);
+    } else if (name == wire::kFinished) {
+        const std::string url = reader.Text();
+        const bool isTop = reader.Flag();
+        if (isTop) top_ = place;
+        listener_.OnFinished(place, url, isTop);
+    } else if (name == wire::kGone) {
+        listener_.OnGone(place);
     } else if (name == wire::kFormData) {
-        Remember(ReadAction(reader, agent, frame));
-    } else if (name == wire::kSubmitted) {
-        submitted_(ReadSubmission(reader, agent, frame));
+        Remember(ReadFormAction(reader, place));
     } else if (name == wire::kLink) {
-        PageAction link;
-        link.url = reader.Text();
-        link.target = reader.Text();
-        link.place = TargetPlace(agent, frame, reader.Number());
-        Remember(std::move(link));
-    } else if (name == wire::kError) {
-        g_warning("velmora: a fault in the page agent's script: %s", reader.Text().c_str());
+        Remember(ReadLinkAction(reader, place));
+    } else if (name == wire::kSubmitted && listener_.TakesSubmissions()) {
+        listener_.OnSubmitted(ReadSubmission(reader, place));
     }
-}
-
-PageAction PageAgents::ReadAction(wire::Reader& reader, std::uint64_t agent, std::uint64_t frame) const
-{
-    PageAction form;
-    form.isForm = true;
-    form.url = reader.Text();
-    form.method = reader.Text();
-    form.target = reader.Text();
-    form.place = TargetPlace(agent, frame, reader.Number());
-    form.body = reader.Text();
-    return form;
-}
-
-PageAgents::Submission PageAgents::ReadSubmission(wire::Reader& reader, std::uint64_t agent, std::uint64_t frame) const
-{
-    Submission submission;
-    submission.action = ReadAction(reader, agent, frame);
-    submission.place = {ChannelOf(agent), frame};
-    submission.url = reader.Text();
-    submission.time = reader.Number();
-    submission.form.form = ReadForm(reader);
-    submission.form.elements = ReadElements(reader);
-    return submission;
-}
-
-PagePlace PageAgents::TargetPlace(std::uint64_t agent, std::uint64_t frame, std::uint64_t target) const
-{
-    return {ChannelOf(agent), target == 0 ? frame : target};
 }
 
 void PageAgents::Remember(PageAction action)
 {
     actions_.push_back(std::move(action));
-    if (actions_.size() > kMostActions) actions_.pop_front();
+    const auto bytes = [this] {
+        return std::accumulate(actions_.begin(), actions_.end(), std::size_t{0}, [](std::size_t sum, const auto& each) {
+            return sum + each.url.size() + each.target.size() + each.body.size();
+        });
+    };
+    while (actions_.size() > kMostActions || bytes() > kMostBodies) actions_.pop_front();
 }
 
 std::optional<PageAction> PageAgents::TakeAction(bool isForm, const std::string& url, const std::string& method)
@@ -133,7 +149,7 @@ std::shared_ptr<PageChannel> PageAgents::ChannelOf(std::uint64_t number) const
 
 void PageAgents::AnswerHello(WebKitUserMessage* message, std::uint64_t number)
 {
-    auto channel = std::make_shared<PageChannel>();
+    auto channel = std::make_shared<PageChannel>(wait_, time_);
     const int descriptor = channel->TakeAgentEnd();
     GUnixFDList* descriptors = g_unix_fd_list_new_from_array(&descriptor, 1);  // takes the descriptor over
     webkit_user_message_send_reply(message, webkit_user_message_new_with_fd_list(wire::kHello, nullptr, descriptors));

@@ -9,20 +9,31 @@ namespace velmora {
 
 namespace {
 
-// A page that is busy for longer than this counts as one that does not answer. The window stands
-// still meanwhile, so it is short; a page's answer takes a fraction of a millisecond as a rule.
+// A page that is busy for longer than this counts as one that does not answer; an answer takes a
+// fraction of a millisecond as a rule.
 constexpr std::chrono::seconds kLongestWait{5};
 
-// All waits of one turn together: a page that takes its time for each of a hundred answers must not
-// hold the window either.
+// All requests of one turn together: a page that takes its time for each of a hundred answers must not
+// keep the user waiting either.
 constexpr std::chrono::seconds kLongestTurn{10};
+
+// All requests since the user last did anything: a page that finishes over and over must not keep the
+// program busy for ever.
+constexpr std::chrono::seconds kLongestSinceAct{20};
 
 // An answer is taken in pieces of this size, so that a length that lies costs no memory.
 constexpr std::size_t kPiece = std::size_t{1} << 20;
 
 }  // namespace
 
-PageChannel::PageChannel()
+PageChannel::Use::~Use()
+{
+    const auto used = Clock::now() - start_;
+    time_.turn += used;
+    time_.sinceAct += used;
+}
+
+PageChannel::PageChannel(Wait wait, std::shared_ptr<PageTime> time) : wait_(std::move(wait)), time_(std::move(time))
 {
     int ends[2];
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
@@ -40,85 +51,80 @@ PageChannel::~PageChannel()
 
 int PageChannel::TakeAgentEnd() { return std::exchange(agentEnd_, -1); }
 
+void PageChannel::BeginTurn()
+{
+    time_->turn = {};
+    revisions_.clear();
+}
+
 void PageChannel::EndTurn()
 {
     if (descriptor_ < 0) return;
-    const wire::RequestHeader header{.bodyBytes = 0, .operation = wire::kDone, .frame = 0};
+    const wire::RequestHeader header{.bodyBytes = 0, .operation = wire::kDone, .document = {}};
     // A socket that takes not even this at once belongs to a page that does not answer.
     if (!SendAll(descriptor_, &header, sizeof header, Clock::now())) Close();
 }
 
-std::string PageChannel::Read(std::uint64_t frame, const std::vector<std::string>& request)
+void PageChannel::Write(const wire::DocumentName& document, const std::vector<std::string>& request)
 {
-    return Request(frame, wire::kRead, wire::Pack(request));
+    const Use use(*time_);
+    ++writes_;
+    Request(document, wire::kWrite, wire::Pack(request));
 }
 
-void PageChannel::Write(std::uint64_t frame, const std::vector<std::string>& request)
+void PageChannel::Click(const wire::DocumentName& document, const std::string& handle)
 {
-    ++versions_[frame].writes;
-    Request(frame, wire::kWrite, wire::Pack(request));
+    const Use use(*time_);
+    ++writes_;
+    Request(document, wire::kClick, handle);
 }
 
-std::string PageChannel::Markup(std::uint64_t frame) { return Request(frame, wire::kMarkup, {}); }
-
-void PageChannel::Click(std::uint64_t frame, const std::string& handle)
+DocumentVersion PageChannel::Version(const wire::DocumentName& document) const
 {
-    ++versions_[frame].writes;
-    Request(frame, wire::kClick, handle);
+    const auto known = revisions_.find(document.number);
+    return {known == revisions_.end() ? 0 : known->second, writes_};
 }
 
-void PageChannel::BeginDocument(std::uint64_t frame)
-{
-    // What counts is that a held document is told from a new one; frames that nobody has asked about
-    // need no entry, so a page that invents frames without end costs nothing.
-    const auto known = versions_.find(frame);
-    if (known != versions_.end()) ++known->second.document;
-}
-
-FrameVersion PageChannel::Version(std::uint64_t frame) const
-{
-    const auto found = versions_.find(frame);
-    return found == versions_.end() ? FrameVersion{} : found->second;
-}
-
-std::string PageChannel::Request(std::uint64_t frame, wire::Operation operation, const std::string& body)
+std::string PageChannel::Request(const wire::DocumentName& document, wire::Operation operation, const std::string& body)
 {
     if (descriptor_ < 0) throw DocumentError("the page does not answer");
     if (body.size() > wire::kLongestRequest) throw DocumentError("the request is too long");
-
-    const auto start = Clock::now();
-    const auto deadline = start + std::min<Clock::duration>(kLongestWait, kLongestTurn - waited_);
-    Send(frame, operation, body, deadline);
-    std::string answer =
-        Receive(frame, operation == wire::kMarkup ? wire::kLongestAnswer : wire::kLongestFacts, deadline);
-    waited_ += Clock::now() - start;
-    return answer;
+    const auto deadline = Deadline();
+    Send(document, operation, body, deadline);
+    return Receive(document, deadline);
 }
 
-void PageChannel::Send(std::uint64_t frame, wire::Operation operation, const std::string& body,
+Clock::time_point PageChannel::Deadline() const
+{
+    const auto left = std::min<Clock::duration>(kLongestTurn - time_->turn, kLongestSinceAct - time_->sinceAct);
+    if (left <= Clock::duration::zero()) throw DocumentError("the page has used up its time");
+    return Clock::now() + std::min<Clock::duration>(kLongestWait, left);
+}
+
+void PageChannel::Send(const wire::DocumentName& document, wire::Operation operation, const std::string& body,
                        Clock::time_point deadline)
 {
     const wire::RequestHeader header{
-        .bodyBytes = static_cast<std::uint32_t>(body.size()), .operation = operation, .frame = frame};
+        .bodyBytes = static_cast<std::uint32_t>(body.size()), .operation = operation, .document = document};
     std::string message(reinterpret_cast<const char*>(&header), sizeof header);
     message += body;
-    if (!SendAll(descriptor_, message.data(), message.size(), deadline)) Fail("the page does not answer");
+    if (!SendAll(descriptor_, message.data(), message.size(), deadline, wait_)) Fail("the page does not answer");
 }
 
-std::string PageChannel::Receive(std::uint64_t frame, std::uint32_t longest, Clock::time_point deadline)
+std::string PageChannel::Receive(const wire::DocumentName& document, Clock::time_point deadline)
 {
     wire::AnswerHeader header{};
-    if (!ReceiveAll(descriptor_, &header, sizeof header, deadline)) Fail("the page does not answer");
-    if (header.bodyBytes > longest) Fail("the page's answer is too long");
+    if (!ReceiveAll(descriptor_, &header, sizeof header, deadline, wait_)) Fail("the page does not answer");
+    if (header.bodyBytes > wire::kLongestAnswer) Fail("the page's answer is too long");
     std::string text;
     while (text.size() < header.bodyBytes) {
         const std::size_t have = text.size();
         text.resize(std::min<std::size_t>(header.bodyBytes, std::max(kPiece, 2 * have)));
-        if (!ReceiveAll(descriptor_, text.data() + have, text.size() - have, deadline)) {
+        if (!ReceiveAll(descriptor_, text.data() + have, text.size() - have, deadline, wait_)) {
             Fail("the page's answer broke off");
         }
     }
-    versions_[frame].revision = header.revision;
+    revisions_[document.number] = header.revision;
     if (header.failed != 0) throw DocumentError(text);
     return text;
 }

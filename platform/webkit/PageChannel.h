@@ -1,8 +1,9 @@
-// The program's end of the channel to a page agent: synchronous requests on a page's documents.
+// The program's end of the channel to a page agent: requests on a page's documents.
 #pragma once
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,19 +13,26 @@
 
 namespace velmora {
 
-/// What is known of a frame's forms is good as long as these stay the same.
-struct FrameVersion {
-    std::uint64_t document = 0;  ///< Which document of the frame it is.
+/// What the pages of one browser have used of the program's time: in this turn, and since the user last did
+/// anything. Beyond a limit every request fails at once.
+struct PageTime {
+    Clock::duration turn{};
+    Clock::duration sinceAct{};
+};
+
+/// What is known of a document's forms is good as long as these stay the same.
+struct DocumentVersion {
     std::uint64_t revision = 0;  ///< Changes of the structure: which forms, elements and options there are.
     std::uint64_t writes = 0;    ///< Writes by the program; any may have changed values elsewhere.
 };
 
-/// A request blocks, letting no event in, until the page answers, hangs up or has used up its time;
-/// the last two close the channel. Whatever goes wrong throws DocumentError.
+/// A request returns when the page has answered, has hung up or has used up its time; the last two close
+/// the channel. Whatever goes wrong throws DocumentError.
 class PageChannel {
 public:
-    /// Makes the pair of sockets; throws DocumentError if the system refuses.
-    PageChannel();
+    /// Makes the pair of sockets; throws DocumentError if the system refuses. `wait` says how the program
+    /// spends the time until an answer comes.
+    explicit PageChannel(Wait wait = WaitFor, std::shared_ptr<PageTime> time = std::make_shared<PageTime>());
     ~PageChannel();
     PageChannel(const PageChannel&) = delete;
     PageChannel& operator=(const PageChannel&) = delete;
@@ -32,34 +40,82 @@ public:
     /// The descriptor for the agent, given out once; the caller closes it.
     int TakeAgentEnd();
 
-    /// The page gets its time anew. To be called when an event of the page is about to be handled.
-    void BeginTurn() { waited_ = {}; }
+    /// An event of the page is about to be handled: it gets its time for a turn anew.
+    void BeginTurn();
     /// Nothing more is asked for this event: the page need not wait.
     void EndTurn();
 
-    /// The packed answer to a read of a document.
-    std::string Read(std::uint64_t frame, const std::vector<std::string>& request);
+    /// Reads a document; `parse` makes the result of the packed answer, on the page's time. An answer that
+    /// makes no sense is a DocumentError like any other.
+    template <class Parse>
+    auto Read(const wire::DocumentName& document, const std::vector<std::string>& request, Parse parse)
+    {
+        const Use use(*time_);
+        const std::string answer = Request(document, wire::kRead, wire::Pack(request));
+        try {
+            wire::Reader reader(answer);
+            return parse(reader);
+        } catch (const wire::WireError& error) {
+            throw DocumentError(error.what());
+        }
+    }
     /// A write: the page's own handlers run before it returns.
-    void Write(std::uint64_t frame, const std::vector<std::string>& request);
-    std::string Markup(std::uint64_t frame);
+    void Write(const wire::DocumentName& document, const std::vector<std::string>& request);
     /// Returns at once; the click follows.
-    void Click(std::uint64_t frame, const std::string& handle);
+    void Click(const wire::DocumentName& document, const std::string& handle);
 
-    FrameVersion Version(std::uint64_t frame) const;
-    /// A new document has begun in the frame.
-    void BeginDocument(std::uint64_t frame);
+    DocumentVersion Version(const wire::DocumentName& document) const;
 
 private:
-    std::string Request(std::uint64_t frame, wire::Operation operation, const std::string& body);
-    void Send(std::uint64_t frame, wire::Operation operation, const std::string& body, Clock::time_point deadline);
-    std::string Receive(std::uint64_t frame, std::uint32_t longest, Clock::time_point deadline);
+    /// Counts the time of its life.
+    class Use {
+    public:
+        explicit Use(PageTime& time) : time_(time) {}
+        ~Use();
+
+    private:
+        PageTime& time_;
+        const Clock::time_point start_ = Clock::now();
+    };
+
+    std::string Request(const wire::DocumentName& document, wire::Operation operation, const std::string& body);
+    Clock::time_point Deadline() const;
+    void Send(const wire::DocumentName& document, wire::Operation operation, const std::string& body,
+              Clock::time_point deadline);
+    std::string Receive(const wire::DocumentName& document, Clock::time_point deadline);
     [[noreturn]] void Fail(const std::string& reason);
     void Close();
 
+    Wait wait_;
+    std::shared_ptr<PageTime> time_;
     int descriptor_ = -1;
     int agentEnd_ = -1;
-    Clock::duration waited_{};
-    std::map<std::uint64_t, FrameVersion> versions_;
+    std::uint64_t writes_ = 0;
+    std::map<std::uint64_t, std::uint64_t> revisions_;  ///< By the number of the document, for this turn.
+};
+
+/// One document of a page: its agent's channel and its name there.
+struct PagePlace {
+    std::shared_ptr<PageChannel> channel;
+    wire::DocumentName document;
+};
+
+/// The turn of an event of a page: what is asked of the page is asked between its beginning and its end.
+class PageTurn {
+public:
+    explicit PageTurn(const PagePlace& place) : channel_(place.channel)
+    {
+        if (channel_) channel_->BeginTurn();
+    }
+    ~PageTurn()
+    {
+        if (channel_) channel_->EndTurn();
+    }
+    PageTurn(const PageTurn&) = delete;
+    PageTurn& operator=(const PageTurn&) = delete;
+
+private:
+    std::shared_ptr<PageChannel> channel_;
 };
 
 }  // namespace velmora

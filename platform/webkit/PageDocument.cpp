@@ -7,8 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/webkit/Markup.h"
-
 namespace velmora {
 
 namespace {
@@ -31,46 +29,30 @@ auto& At(Items& items, int i, const char* what)
     return items[static_cast<std::size_t>(i)];
 }
 
-/// One document of a frame. Every use of it throws once the frame has begun another document.
+/// One document and the way to it. Every request throws once another document stands in its frame.
 class DocumentLink {
 public:
-    explicit DocumentLink(PagePlace place) : place_(std::move(place)), number_(Now().document) {}
+    explicit DocumentLink(PagePlace place) : place_(std::move(place)) {}
 
     const PagePlace& Place() const { return place_; }
 
-    FrameVersion Version() const
+    DocumentVersion Version() const { return place_.channel->Version(place_.document); }
+    template <class Parse>
+    auto Read(const std::vector<std::string>& request, Parse parse) const
     {
-        const FrameVersion now = Now();
-        if (now.document != number_) throw DocumentError("the page is gone");
-        return now;
+        return place_.channel->Read(place_.document, request, parse);
     }
-    std::string Read(const std::vector<std::string>& request) const
-    {
-        Version();
-        return place_.channel->Read(place_.frame, request);
-    }
-    void Write(const std::vector<std::string>& request) const
-    {
-        Version();
-        place_.channel->Write(place_.frame, request);
-    }
-    void Click(const std::string& handle) const
-    {
-        Version();
-        place_.channel->Click(place_.frame, handle);
-    }
-    std::string Markup() const
-    {
-        Version();
-        return place_.channel->Markup(place_.frame);
-    }
+    void Write(const std::vector<std::string>& request) const { place_.channel->Write(place_.document, request); }
+    void Click(const std::string& handle) const { place_.channel->Click(place_.document, handle); }
 
 private:
-    FrameVersion Now() const { return place_.channel->Version(place_.frame); }
-
     PagePlace place_;
-    std::uint64_t number_;
 };
+
+std::string MarkupOf(const DocumentLink& link)
+{
+    return link.Read({"markup"}, [](wire::Reader& reader) { return reader.Text(); });
+}
 
 /// The elements of a form or of a tag, fetched together.
 class ElementList {
@@ -118,15 +100,14 @@ public:
 private:
     void Fetch()
     {
-        const std::string answer = link_.Read(request_);
-        elements_ = Parsed(answer, ReadElements);
+        elements_ = link_.Read(request_, ReadElements);
         fetched_ = link_.Version();
     }
 
     DocumentLink link_;
     std::vector<std::string> request_;
     std::vector<ElementFacts> elements_;
-    std::optional<FrameVersion> fetched_;
+    std::optional<DocumentVersion> fetched_;
     bool isKept_ = false;
 };
 
@@ -223,9 +204,13 @@ public:
     std::shared_ptr<BrowserObject> Frames(int i) override
     {
         if (i < 0 || i >= Facts().frames) throw DocumentError("no such frame");
-        const std::string answer = link_.Read({"frame", std::to_string(i)});
-        const std::uint64_t frame = Parsed(answer, [](wire::Reader& reader) { return reader.Number(); });
-        return std::make_shared<PageFrame>(PagePlace{link_.Place().channel, frame});
+        const auto inside = link_.Read({"frame", std::to_string(i)}, [](wire::Reader& reader) {
+            wire::DocumentName name;
+            name.frame = reader.Number();
+            name.number = reader.Number();
+            return name;
+        });
+        return std::make_shared<PageFrame>(PagePlace{link_.Place().channel, inside});
     }
 
     int FormsLength() override { return static_cast<int>(Facts().forms.size()); }
@@ -239,7 +224,7 @@ public:
         return std::make_shared<PageForm>(shared_from_this(), form, elements);
     }
 
-    std::string InnerHtml() override { return PlainMarkup(link_.Markup()); }
+    std::string InnerHtml() override { return MarkupOf(link_); }
 
     std::shared_ptr<ElementCollection> GetElementsByTagName(const std::string& tag) override
     {
@@ -256,8 +241,7 @@ private:
     const DocumentFacts& Facts()
     {
         if (fetched_ && *fetched_ == link_.Version().revision) return facts_;
-        const std::string answer = link_.Read({"document"});
-        facts_ = Parsed(answer, [](wire::Reader& reader) {
+        facts_ = link_.Read({"document"}, [](wire::Reader& reader) {
             DocumentFacts facts;
             const std::uint64_t frames = reader.Number();
             if (frames > kMostFrames) throw DocumentError("the page has too many frames");
@@ -292,7 +276,7 @@ public:
         if (i != 0) throw DocumentError("no such form");
         return std::make_shared<PageForm>(shared_from_this(), form_, elements_);
     }
-    std::string InnerHtml() override { return PlainMarkup(link_.Markup()); }
+    std::string InnerHtml() override { return MarkupOf(link_); }
     std::shared_ptr<ElementCollection> GetElementsByTagName(const std::string& tag) override
     {
         return OpenDocument(link_.Place())->GetElementsByTagName(tag);

@@ -12,13 +12,8 @@
 
 namespace velmora {
 
-/// One frame of a page: the agent's channel and the frame's number there.
-struct PagePlace {
-    std::shared_ptr<PageChannel> channel;
-    std::uint64_t frame = 0;
-};
-
-/// A frame as the events hand it on. Reading its document fails if the page has no channel.
+/// A frame as the events hand it on, with the document that the event is about. Once another stands in
+/// the frame, every read and write fails.
 class PageFrame : public BrowserObject {
 public:
     explicit PageFrame(PagePlace place) : place_(std::move(place)) {}
@@ -40,7 +35,7 @@ private:
     FormSnapshot snapshot_;
 };
 
-/// The document that stands in the frame now. Throws DocumentError if it cannot be reached.
+/// The document of that name. Throws DocumentError if it cannot be reached.
 std::shared_ptr<Document> OpenDocument(const PagePlace& place);
 
 }  // namespace velmora

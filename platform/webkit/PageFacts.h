@@ -42,25 +42,18 @@ FormFacts ReadForm(wire::Reader& reader);
 ElementFacts ReadElement(wire::Reader& reader);
 std::vector<ElementFacts> ReadElements(wire::Reader& reader);
 
+/// No list of a page is longer: items of a few bytes could otherwise make very much of one answer.
+inline constexpr std::uint64_t kMostItems = 200'000;
+
 /// Reads a count and as many items. They are made one by one: the count is the other side's word.
 template <class ReadItem>
 auto ReadSeveral(wire::Reader& reader, ReadItem readItem)
 {
     std::vector<decltype(readItem(reader))> items;
-    for (std::uint64_t left = reader.Number(); left > 0; --left) items.push_back(readItem(reader));
+    std::uint64_t left = reader.Number();
+    if (left > kMostItems) throw wire::WireError("a list is too long");
+    for (; left > 0; --left) items.push_back(readItem(reader));
     return items;
-}
-
-/// Runs a read of a packed answer; an answer that makes no sense is a DocumentError like any other.
-template <class Parse>
-auto Parsed(const std::string& packed, Parse parse)
-{
-    try {
-        wire::Reader reader(packed);
-        return parse(reader);
-    } catch (const wire::WireError& error) {
-        throw DocumentError(error.what());
-    }
 }
 
 }  // namespace velmora

@@ -64,7 +64,7 @@ bool Permissions::Take(WebKitWebView* view, WebKitPermissionRequest* request)
         return true;
     }
     wishes_.push_back(std::move(wish));
-    callbacks_.Later([this] { AskNext(); });
+    turns_.Post([this] { AskNext(); });
     return true;
 }
 

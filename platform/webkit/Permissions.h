@@ -9,13 +9,14 @@
 #include <string>
 
 #include "platform/Dialogs.h"
+#include "platform/Turns.h"
 #include "platform/webkit/Callbacks.h"
 
 namespace velmora {
 
 class Permissions {
 public:
-    explicit Permissions(Dialogs& dialogs) : dialogs_(dialogs) {}
+    Permissions(Dialogs& dialogs, Turns& turns) : dialogs_(dialogs), turns_(turns) {}
 
     /// From now on the user is asked about the wishes of the view's pages, one after the other. A No
     /// holds for the site until the program ends, so that no site can ask without end; a Yes is for
@@ -35,6 +36,7 @@ private:
     bool IsGranted(const Wish& wish);
 
     Dialogs& dialogs_;
+    Turns& turns_;
     std::deque<Wish> wishes_;
     std::set<std::string> refused_;
     bool isAsking_ = false;

@@ -34,9 +34,8 @@ std::string StandingAddress(WebKitWebView* view)
     return address ? address : "";
 }
 
-std::string StandingSite(WebKitWebView* view)
+std::string SiteOf(const std::string& address)
 {
-    const std::string address = StandingAddress(view);
     // Whose an empty page is cannot be told by its address.
     if (address.empty() || address.starts_with("about:")) return address;
     WebKitSecurityOrigin* origin = webkit_security_origin_new_for_uri(address.c_str());
@@ -46,5 +45,7 @@ std::string StandingSite(WebKitWebView* view)
     webkit_security_origin_unref(origin);
     return site;
 }
+
+std::string StandingSite(WebKitWebView* view) { return SiteOf(StandingAddress(view)); }
 
 }  // namespace velmora

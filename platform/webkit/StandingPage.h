@@ -18,7 +18,9 @@ void CountAsOpener(WebKitWebView* view, WebKitWebView* opener);
 /// The address of the page that stands in the view; empty before the first.
 std::string StandingAddress(WebKitWebView* view);
 
-/// Scheme, host and port of that page; its address if it has no such thing.
+/// Scheme, host and port of an address; the address itself if it has no such thing.
+std::string SiteOf(const std::string& address);
+/// The same of the page that stands in the view.
 std::string StandingSite(WebKitWebView* view);
 
 }  // namespace velmora

@@ -13,8 +13,10 @@ namespace velmora {
 
 class ViewServices {
 public:
-    ViewServices(WebKitNetworkSession* session, Dialogs& dialogs)
-        : otherPrograms_(dialogs), hungPages_(dialogs), permissions_(dialogs), downloads_(session, dialogs)
+    /// What has to be asked is asked in `turns`, which must outlive this.
+    ViewServices(WebKitNetworkSession* session, Dialogs& dialogs, Turns& turns)
+        : otherPrograms_(dialogs, turns), hungPages_(dialogs, turns), permissions_(dialogs, turns),
+          downloads_(session, dialogs, turns)
     {
     }
 

@@ -1,18 +1,26 @@
 #include "platform/webkit/WebKitBrowser.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/webkit/Address.h"
 #include "platform/webkit/GuideSite.h"
 #include "platform/webkit/LoadFailures.h"
+#include "platform/webkit/MainLoopWait.h"
 #include "platform/webkit/PageArea.h"
+#include "platform/webkit/PageDocument.h"
+#include "platform/webkit/StandingPage.h"
 #include "platform/webkit/UserSession.h"
 
 namespace velmora {
 
 namespace {
 
+constexpr std::size_t kMostAnnounced = 64;
+
 std::string TextOf(const char* text) { return text ? text : ""; }
+
+std::string WithoutFragment(const std::string& url) { return url.substr(0, url.find('#')); }
 
 /// The headers of a request, a line each.
 std::string HeadersOf(WebKitURIRequest* request)
@@ -39,21 +47,24 @@ WebKitSettings* NewSettings()
 
 }  // namespace
 
-WebKitBrowser::WebKitBrowser(WebBrowser& control, Dialogs& dialogs, const Options& options)
-    : control_(control), agents_([this](const PagePlace& place, const std::string& url) { OnFinished(place, url); },
-                                 [this](const PageAgents::Submission& submission) { OnSubmitted(submission); })
+WebKitBrowser::WebKitBrowser(WebBrowser& control, Dialogs& dialogs, Turns& turns, const Options& options)
+    : control_(control), events_(control, turns, time_,
+                                 [this](const std::string& url, bool isTop) { return ReportedAddress(url, isTop); }),
+      agents_(events_, WaitOnMainLoop, time_)
 {
     MakeView(options);
-    services_ = std::make_unique<ViewServices>(session_, dialogs);
+    services_ = std::make_unique<ViewServices>(session_, dialogs, turns);
     popups_ = std::make_unique<PopupWindows>(*services_);
     gtk_box_append(GTK_BOX(area_), services_->Downloads().Widget());
     ConnectSignals();
+    ConnectUserActs();
     control_.Attach(this);
 }
 
 WebKitBrowser::~WebKitBrowser()
 {
     control_.Attach(nullptr);
+    if (rest_ != 0) g_source_remove(rest_);
     popups_.reset();
     services_.reset();
     g_signal_handlers_disconnect_by_data(webkit_web_view_get_back_forward_list(view_), this);
@@ -84,39 +95,33 @@ void WebKitBrowser::ConnectSignals()
     services_->Serve(view_);
     g_signal_connect(view_, "user-message-received",
                      G_CALLBACK(+[](WebKitWebView*, WebKitUserMessage* message, WebKitBrowser* self) -> gboolean {
-                         return self->agents_.Take(message);
+                         const bool isTaken = self->agents_.Take(message);
+                         if (isTaken) self->NoteRest();
+                         return isTaken;
                      }),
                      this);
     g_signal_connect(view_, "decide-policy",
                      G_CALLBACK(+[](WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
                                     WebKitBrowser* self) -> gboolean {
                          if (type != WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) return FALSE;
-                         self->AnnounceNavigation(webkit_navigation_policy_decision_get_navigation_action(
-                             WEBKIT_NAVIGATION_POLICY_DECISION(decision)));
-                         webkit_policy_decision_use(decision);
+                         self->AnnounceNavigation(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
                          return TRUE;
                      }),
                      this);
     g_signal_connect(
         view_, "create",
         G_CALLBACK(+[](WebKitWebView* view, WebKitNavigationAction*, WebKitBrowser* self) -> WebKitWebView* {
-            bool cancel = false;
-            self->control_.NewWindow2.Raise(cancel);
-            return cancel ? nullptr : self->popups_->Open(view);
+            return self->events_.AllowsWindow() ? self->popups_->Open(view) : nullptr;
         }),
         this);
-    // What comes here was broken off: by the user, or by an answer that holds no page.
-    g_signal_connect(
-        view_, "load-failed",
-        G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent, const char*, GError*, WebKitBrowser* self) -> gboolean {
-            self->callbacks_.Later([self] {
-                if (!webkit_web_view_is_loading(self->view_)) self->ReportStandingDocument();
-            });
-            return FALSE;
-        }),
-        this);
+    g_signal_connect_swapped(view_, "notify::is-loading", G_CALLBACK(+[](WebKitBrowser* self) { self->NoteRest(); }),
+                             this);
+    g_signal_connect(view_, "resource-load-started",
+                     G_CALLBACK(+[](WebKitWebView*, WebKitWebResource* resource, WebKitURIRequest*,
+                                    WebKitBrowser* self) { self->WatchDocument(resource); }),
+                     this);
     services_->Downloads().Started = [this](WebKitWebView* view) {
-        if (view == view_) callbacks_.Later([this] { ReportStandingDocument(); });
+        if (view == view_) EndDocument();
     };
     g_signal_connect(view_, "notify::uri", G_CALLBACK(+[](WebKitWebView* view, GParamSpec*, gpointer) {
                          // Within a document the page's script moves the address without a load.
@@ -129,8 +134,27 @@ void WebKitBrowser::ConnectSignals()
                              G_CALLBACK(+[](WebKitBrowser* self) { self->ReportBack(); }), this);
 }
 
+void WebKitBrowser::ConnectUserActs()
+{
+    GtkEventController* keys = gtk_event_controller_key_new();
+    g_signal_connect_swapped(keys, "key-pressed", G_CALLBACK(+[](WebKitBrowser* self) -> gboolean {
+                                 self->events_.NoteUserAct();
+                                 return FALSE;
+                             }),
+                             this);
+    GtkGesture* clicks = gtk_gesture_click_new();
+    gtk_gesture_single_set_button(GTK_GESTURE_SINGLE(clicks), 0);
+    g_signal_connect_swapped(clicks, "pressed", G_CALLBACK(+[](WebKitBrowser* self) { self->events_.NoteUserAct(); }),
+                             this);
+    for (GtkEventController* controller : {keys, GTK_EVENT_CONTROLLER(clicks)}) {
+        gtk_event_controller_set_propagation_phase(controller, GTK_PHASE_CAPTURE);
+        gtk_widget_add_controller(GTK_WIDGET(view_), controller);
+    }
+}
+
 void WebKitBrowser::Navigate(const std::string& url)
 {
+    events_.NoteUserAct();
     ReportBack();
     // A page that hangs would keep the next one waiting.
     if (webkit_web_view_get_is_web_process_responsive(view_)) {
@@ -144,45 +168,31 @@ void WebKitBrowser::GoBack() { webkit_web_view_go_back(view_); }
 
 std::shared_ptr<Document> WebKitBrowser::CurrentDocument() { return OpenDocument(agents_.Top()); }
 
-void WebKitBrowser::OnFinished(const PagePlace& place, const std::string& url)
+std::optional<std::string> WebKitBrowser::ReportedAddress(const std::string& url, bool isTop) const
 {
-    if (place.channel) place.channel->BeginTurn();
-    PageFrame frame(place);
     // What stands in for a page that failed is no page of the site: no record is played on it, and no
     // bookmark is taken of it.
-    lastPlace_ = place;
-    lastUrl_ = url == kFailureAddress ? "about:blank" : url;
-    isAwaited_ = false;
-    control_.DocumentComplete.Raise(frame, lastUrl_);
-    if (place.channel) place.channel->EndTurn();
+    if (url == kFailureAddress) return "about:blank";
+    if (!isTop || url == "about:blank") return url;
+    const auto isShownAs = [&](const std::string& shown) { return WithoutFragment(shown) == WithoutFragment(url); };
+    const std::string standing = StandingAddress(view_);
+    if (isShownAs(standing)) return url;
+    // A script moves the address within the document; the history follows, and runs ahead of loads.
+    WebKitBackForwardListItem* item =
+        webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(view_));
+    const bool hasMoved = isShownAs(TextOf(item ? webkit_back_forward_list_item_get_uri(item) : nullptr));
+    if (hasMoved && SiteOf(url) == SiteOf(standing)) return url;
+    return std::nullopt;
 }
 
-void WebKitBrowser::OnSubmitted(const PageAgents::Submission& submission)
+void WebKitBrowser::AnnounceNavigation(WebKitNavigationPolicyDecision* decision)
 {
-    // The script may have submitted the form in the ordinary way after all; that was announced.
-    constexpr std::uint64_t kClockError = 5;
-    const PageAction& action = submission.action;
-    if (lastSender_ && lastSender_ == submission.place.channel && lastSent_ + kClockError >= submission.time) return;
-
-    SubmittedFrame frame(submission.place, submission.form);
-    BeforeNavigate2Event event{
-        .pDisp = frame, .URL = action.url, .TargetFrameName = action.target, .PostData = {}, .Headers = {}};
-    if (action.method == "post") {
-        event.PostData = action.body;
-    } else {
-        event.URL = action.url.substr(0, action.url.find_first_of("?#")) + "?" + action.body;
-    }
-    const PagePlace place = submission.place;
-    const std::string url = submission.url;
-    if (place.channel) place.channel->BeginTurn();
-    control_.BeforeNavigate2.Raise(event);
-    OnFinished(place, url);
-}
-
-void WebKitBrowser::AnnounceNavigation(WebKitNavigationAction* action)
-{
+    WebKitNavigationAction* const action = webkit_navigation_policy_decision_get_navigation_action(decision);
     // A redirect is the server's answer to a navigation that was announced already.
-    if (webkit_navigation_action_is_redirect(action)) return;
+    if (webkit_navigation_action_is_redirect(action)) {
+        webkit_policy_decision_use(WEBKIT_POLICY_DECISION(decision));
+        return;
+    }
     WebKitURIRequest* request = webkit_navigation_action_get_request(action);
     const std::string url = TextOf(webkit_uri_request_get_uri(request));
     const std::string method = TextOf(webkit_uri_request_get_http_method(request));
@@ -190,27 +200,55 @@ void WebKitBrowser::AnnounceNavigation(WebKitNavigationAction* action)
     std::optional<PageAction> cause;
     if (type == WEBKIT_NAVIGATION_TYPE_FORM_SUBMITTED) cause = agents_.TakeAction(true, url, method);
     if (type == WEBKIT_NAVIGATION_TYPE_LINK_CLICKED) cause = agents_.TakeAction(false, url, method);
-
-    PageFrame frame(cause ? cause->place : agents_.Top());
-    BeforeNavigate2Event event{
-        .pDisp = frame, .URL = url, .TargetFrameName = {}, .PostData = {}, .Headers = HeadersOf(request)};
-    if (cause) {
-        event.TargetFrameName = cause->target;
-        if (cause->place.channel) cause->place.channel->BeginTurn();
-        event.PostData = cause->body;
-        if (cause->isForm) {
-            lastSender_ = cause->place.channel;
-            lastSent_ = static_cast<std::uint64_t>(g_get_real_time() / 1000);
+    const bool stays = cause && cause->staysHere;
+    announced_.push_back(url);
+    if (announced_.size() > kMostAnnounced) announced_.pop_front();
+    const std::shared_ptr<WebKitPolicyDecision> held(WEBKIT_POLICY_DECISION(g_object_ref(decision)), g_object_unref);
+    events_.Announce({url, HeadersOf(request), std::move(cause), agents_.Top()}, [this, held, stays](bool goesOn) {
+        if (goesOn) {
+            webkit_policy_decision_use(held.get());
+        } else {
+            webkit_policy_decision_ignore(held.get());
         }
-    }
-    isAwaited_ = true;
-    control_.BeforeNavigate2.Raise(event);
-    if (cause && cause->place.channel) cause->place.channel->EndTurn();
+        if (stays) NoteRest();
+    });
 }
 
-void WebKitBrowser::ReportStandingDocument()
+void WebKitBrowser::WatchDocument(WebKitWebResource* resource)
 {
-    if (isAwaited_) OnFinished(PagePlace(lastPlace_), std::string(lastUrl_));
+    // Of a frame that loads late nothing else is told when it fails, or when the page takes it out.
+    if (webkit_web_view_is_loading(view_)) return;
+    const std::string url = TextOf(webkit_web_resource_get_uri(resource));
+    if (std::find(announced_.begin(), announced_.end(), url) == announced_.end()) return;
+    ++documentsLoading_;
+    callbacks_.Connect(resource, "finished",
+                       G_CALLBACK((+[](WebKitWebResource*, WebKitBrowser* self) { self->EndDocument(); })), this);
+    callbacks_.Connect(resource, "failed",
+                       G_CALLBACK((+[](WebKitWebResource*, GError*, WebKitBrowser* self) { self->EndDocument(); })),
+                       this);
+}
+
+void WebKitBrowser::EndDocument()
+{
+    documentsLoading_ = std::max(0, documentsLoading_ - 1);
+    NoteRest();
+}
+
+void WebKitBrowser::NoteRest()
+{
+    // Between two loads, as between an old page's end and the beginning of the new one, there may be a
+    // moment in which nothing is loading.
+    constexpr guint kMoment = 250;
+    if (rest_ != 0) g_source_remove(rest_);
+    rest_ = g_timeout_add(
+        kMoment,
+        [](gpointer data) -> gboolean {
+            auto* self = static_cast<WebKitBrowser*>(data);
+            self->rest_ = 0;
+            if (self->documentsLoading_ == 0 && !webkit_web_view_is_loading(self->view_)) self->events_.Rest();
+            return G_SOURCE_REMOVE;
+        },
+        this);
 }
 
 void WebKitBrowser::ReportBack()

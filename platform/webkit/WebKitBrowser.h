@@ -3,13 +3,14 @@
 
 #include <webkit/webkit.h>
 
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "platform/Browser.h"
 #include "platform/Dialogs.h"
+#include "platform/webkit/BrowserEvents.h"
 #include "platform/webkit/Callbacks.h"
 #include "platform/webkit/PageAgents.h"
 #include "platform/webkit/PopupWindow.h"
@@ -26,8 +27,8 @@ public:
     };
 
     /// Makes the view and becomes the control's engine. `dialogs` asks what the pages give reason to
-    /// ask. The control and the dialogs must outlive it.
-    WebKitBrowser(WebBrowser& control, Dialogs& dialogs, const Options& options);
+    /// ask; events are handled in `turns`. The control, the dialogs and the turns must outlive it.
+    WebKitBrowser(WebBrowser& control, Dialogs& dialogs, Turns& turns, const Options& options);
     ~WebKitBrowser() override;
     WebKitBrowser(const WebKitBrowser&) = delete;
     WebKitBrowser& operator=(const WebKitBrowser&) = delete;
@@ -44,15 +45,16 @@ public:
 private:
     void MakeView(const Options& options);
     void ConnectSignals();
-    void OnFinished(const PagePlace& place, const std::string& url);
-    /// Announces a form that the page's script has sent as a navigation would be; since the page stays,
-    /// its document then counts as finished once more.
-    void OnSubmitted(const PageAgents::Submission& submission);
-    /// Raises BeforeNavigate2, which may hold the navigation for as long as a question is open.
-    void AnnounceNavigation(WebKitNavigationAction* action);
-    /// A navigation led to no new document: the one that stands is reported as finished once more, so
-    /// that nobody waits for another.
-    void ReportStandingDocument();
+    void ConnectUserActs();
+    /// The address under which a finished document is reported; nothing if the view does not show it.
+    std::optional<std::string> ReportedAddress(const std::string& url, bool isTop) const;
+    /// Announces a navigation; its decision waits for that.
+    void AnnounceNavigation(WebKitNavigationPolicyDecision* decision);
+    /// Counts a resource for as long as it loads, if it is the document of a frame that loads late.
+    void WatchDocument(WebKitWebResource* resource);
+    void EndDocument();
+    /// Something that was loading is not any more. Once nothing is, the events are told.
+    void NoteRest();
     void ReportBack();
 
     WebBrowser& control_;
@@ -60,13 +62,13 @@ private:
     WebKitNetworkSession* session_ = nullptr;
     WebKitWebView* view_ = nullptr;
     GtkWidget* area_ = nullptr;
+    const std::shared_ptr<PageTime> time_ = std::make_shared<PageTime>();
+    BrowserEvents events_;
     PageAgents agents_;
     std::optional<bool> canGoBack_;
-    std::shared_ptr<PageChannel> lastSender_;  ///< The page that last navigated by a form, and when.
-    std::uint64_t lastSent_ = 0;               ///< In milliseconds since 1970.
-    PagePlace lastPlace_;                      ///< The document that finished last, and its address.
-    std::string lastUrl_;
-    bool isAwaited_ = false;  ///< A navigation was announced, and no document has finished since.
+    std::deque<std::string> announced_;  ///< Where the latest navigations go.
+    int documentsLoading_ = 0;
+    guint rest_ = 0;  ///< The clock that runs while nothing seems to be loading.
     std::unique_ptr<ViewServices> services_;
     std::unique_ptr<PopupWindows> popups_;
     Callbacks callbacks_;

@@ -56,7 +56,7 @@ void ExpectRefused(const FakeAgent::Answer& answer)
     FakeAgent agent(*channel, answer);
     EXPECT_THROW(
         {
-            const auto document = OpenDocument({channel, 1});
+            const auto document = OpenDocument({channel, {1, 1}});
             for (int i = 0; i < document->FormsLength(); ++i) document->Forms(i)->Elements(0)->OptionsLength();
             throw std::logic_error("the answers were taken");
         },
@@ -104,6 +104,29 @@ TEST(PageChannel, LengthsThatLieAndAnEndThatHangsUpAreFailures)
     });
 }
 
+TEST(PageChannel, APageHasItsTimeForATurnAndUntilTheUserActs)
+{
+    const auto time = std::make_shared<PageTime>();
+    PageChannel channel(WaitFor, time);
+    int asked = 0;
+    FakeAgent agent(channel, [&](int descriptor, const std::string&) {
+        ++asked;
+        Send(descriptor, {.bodyBytes = 0, .failed = 1, .revision = 1}, "");
+    });
+    const auto read = [&] { channel.Read({1, 1}, {"document"}, [](wire::Reader&) { return 0; }); };
+    EXPECT_THROW(read(), DocumentError);
+    EXPECT_GT(time->turn.count(), 0) << "a request that fails counts, too";
+    time->turn = std::chrono::seconds(10);
+    EXPECT_THROW(read(), DocumentError);
+    EXPECT_EQ(asked, 1) << "the turn's time is used up";
+    channel.BeginTurn();
+    EXPECT_THROW(read(), DocumentError);
+    EXPECT_EQ(asked, 2);
+    time->sinceAct = std::chrono::seconds(20);
+    EXPECT_THROW(read(), DocumentError);
+    EXPECT_EQ(asked, 2) << "the user has done nothing for all that time";
+}
+
 TEST(PageChannel, AnEndThatHasFailedIsNotAskedAgain)
 {
     PageChannel channel;
@@ -111,11 +134,10 @@ TEST(PageChannel, AnEndThatHasFailedIsNotAskedAgain)
     {
         FakeAgent agent(channel, [&](int descriptor, const std::string&) {
             ++asked;
-            Send(descriptor, {.bodyBytes = wire::kLongestFacts + 1, .failed = 0, .revision = 0}, "");
+            Send(descriptor, {.bodyBytes = wire::kLongestAnswer + 1, .failed = 0, .revision = 0}, "");
         });
-        EXPECT_THROW(channel.Read(1, {"document"}), DocumentError);
-        EXPECT_THROW(channel.Read(1, {"document"}), DocumentError);
-        EXPECT_THROW(channel.Markup(1), DocumentError);
+        EXPECT_THROW(channel.Read({1, 1}, {"document"}, [](wire::Reader&) { return 0; }), DocumentError);
+        EXPECT_THROW(channel.Read({1, 1}, {"document"}, [](wire::Reader&) { return 0; }), DocumentError);
     }
     EXPECT_EQ(asked, 1);
 }

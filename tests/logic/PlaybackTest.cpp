@@ -78,6 +78,21 @@ TEST_F(Playback, ARecordThatFindsNoFormIsTheLastOneTried)
     Go(kLogin);
     EXPECT_EQ(Journal(), Lines{});
     EXPECT_TRUE(Program().gbRecordArmed) << "a submission by hand is still captured";
+
+    // A record without a pair would play the pairs of the record before it, and an address that every
+    // site's frames have is no record's.
+    Program().gstrFieldNames = Program().gstrFieldValues = {"user"};
+    for (const char* url : {"http://h/Login.html", "about:srcdoc"}) {
+        files.Texts.clear();
+        Keep({"Form", "C", url, "http://h/check.cgi", *url == 'a' ? "user=x" : "no pair", "", ""});
+        const auto table = Program().gstrFieldNames;
+        Restart();
+        Program().gstrFieldNames = Program().gstrFieldValues = table;
+        Switch(Program().mnuPromptFill, false);
+        site[url] = site[kLogin];
+        Go(url);
+        EXPECT_EQ(Journal(), Lines{}) << url;
+    }
 }
 
 TEST_F(Playback, AFilledFormIsNotCapturedAndTheNextPagesRecordPlaysInItsTurn)

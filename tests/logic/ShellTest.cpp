@@ -186,6 +186,10 @@ TEST_F(Shell, TickerRunsWhileAPageLoads)
     p.wbMyBrowser.DocumentComplete.Raise(p.wbMyBrowser, "http://h/");
     EXPECT_FALSE(p.Timer1.Enabled());
     EXPECT_EQ(Status(), "");
+    Send("http://h/download");
+    p.wbMyBrowser.NavigationEnded.Raise();
+    EXPECT_EQ(Status(), "");
+    EXPECT_TRUE(p.cmdBookmark.Enabled() && !p.Timer1.Enabled()) << "the page that stands is the page again";
     for (const auto& [before, after] : {std::pair<std::string, std::string>{"", ".."},
                                         {"x" + std::string(18, '.'), "x" + std::string(20, '.')},
                                         {"x" + std::string(20, '.'), "x."},

@@ -69,6 +69,13 @@ TEST_F(SubmissionCapture, WhatIsNoSubmissionIsPassedOver)
     Program().glngNoOfFormAction = 0;
     Send("http://shop/bin/login.asp", "user=x");
     EXPECT_EQ(Temporary(), Lines{});
+    // On a page that stayed the user goes on: its forms are noted again. Without a pair the form is not read.
+    Program().gstrFieldNames = Program().gstrFieldValues = {"user"};
+    Program().wbMyBrowser.DocumentResumed.Raise(*Engine().Page, "http://shop/login.html");
+    dialogs.Answers = {Answer::No};
+    Send("http://shop/bin/login.asp", "user");
+    ASSERT_EQ(Program().ListView1.Count(), 1);
+    EXPECT_EQ(Program().ListView1.Item(1).SubItem("Postdata"), "user");
 }
 
 TEST_F(SubmissionCapture, QueriesStayWhereTheyWere)

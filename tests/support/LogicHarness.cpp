@@ -19,7 +19,8 @@ LogicHarness::~LogicHarness()
 
 void LogicHarness::Start()
 {
-    program_ = std::make_unique<frmBrowser>(Platform{dialogs, files, proxy, proxyTable});
+    turns_ = std::make_unique<Turns>();
+    program_ = std::make_unique<frmBrowser>(Platform{*turns_, dialogs, files, proxy, proxyTable});
     engine_ = std::make_unique<CannedBrowser>(program_->wbMyBrowser, site);
     dialogs.PendingEvents = [this] { engine_->Deliver(); };
     program_->Form_Load();

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/Turns.h"
 #include "shell/frmBrowser.h"
 #include "tests/support/CannedPages.h"
 #include "tests/support/MemoryDialogs.h"
@@ -79,6 +80,7 @@ protected:
     std::string statusAtStart;               ///< The status line at the end of the start-up sequence.
 
 private:
+    std::unique_ptr<Turns> turns_;
     std::unique_ptr<frmBrowser> program_;
     std::unique_ptr<CannedBrowser> engine_;
 };

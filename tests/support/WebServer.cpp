@@ -95,6 +95,7 @@ struct WebServer::State {
     std::map<std::string, Handle> handlers;
     std::map<std::string, Raw> raws;
     std::vector<Ref<GIOStream>> open;
+    std::vector<Ref<SoupServerMessage>> hanging;
     std::vector<Request> requests;
 };
 
@@ -107,7 +108,9 @@ void WebServer::State::Answer(SoupServerMessage* message)
     const Response response =
         found == handlers.end() ? Response{"No such page.", "text/plain", 404, {}, false} : found->second(request);
     SendResponse(message, response);
-    if (response.Hangs) soup_server_message_pause(message);
+    if (!response.Hangs) return;
+    soup_server_message_pause(message);
+    hanging.emplace_back(SOUP_SERVER_MESSAGE(g_object_ref(message)));
 }
 
 void WebServer::State::AnswerRaw(SoupServerMessage* message, const Raw& raw)
@@ -164,6 +167,11 @@ void WebServer::Page(const std::string& path, std::string html, std::string cont
 }
 
 void WebServer::Handler(const std::string& path, Handle handle) { state_->handlers[path] = std::move(handle); }
+
+void WebServer::Release()
+{
+    for (const auto& message : std::exchange(state_->hanging, {})) soup_server_message_unpause(message.get());
+}
 
 void WebServer::RawAnswer(const std::string& path, Raw raw) { state_->raws[path] = std::move(raw); }
 

@@ -24,7 +24,7 @@ struct Response {
     std::string ContentType = "text/html; charset=utf-8";
     int Status = 200;
     std::vector<std::pair<std::string, std::string>> Headers;
-    bool Hangs = false;  ///< The answer never goes out.
+    bool Hangs = false;  ///< The answer goes out with Release, or never.
 };
 
 /// Bytes that go out as they are, head and body, before the connection is closed or left to the other end.
@@ -51,6 +51,8 @@ public:
     /// Lets a function answer for a path, for every method.
     void Handler(const std::string& path, Handle handle);
 
+    /// Lets the answers go out that hang.
+    void Release();
     /// Breaks off, or never comes to its end.
     void RawAnswer(const std::string& path, Raw raw);
 

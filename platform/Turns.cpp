@@ -1,0 +1,63 @@
+#include "platform/Turns.h"
+
+#include <utility>
+
+namespace velmora {
+
+void Turns::Take(Action action)
+{
+    if (hasEnded_) return;
+    waiting_.push_back(std::move(action));
+    RunWaiting();
+}
+
+void Turns::Post(Action action)
+{
+    if (hasEnded_) return;
+    waiting_.push_back(std::move(action));
+    if (!isTaken_) RunWaitingLater();
+}
+
+bool Turns::TakeAtOnce(const Action& action)
+{
+    if (isTaken_ || hasEnded_) return false;
+    Run(action);
+    if (!waiting_.empty()) RunWaitingLater();
+    return true;
+}
+
+void Turns::End()
+{
+    hasEnded_ = true;
+    waiting_.clear();
+}
+
+void Turns::Run(const Action& action)
+{
+    struct Held {
+        explicit Held(bool& flag) : isTaken(flag) { isTaken = true; }
+        ~Held() { isTaken = false; }
+        bool& isTaken;
+    } const held(isTaken_);
+    action();
+}
+
+void Turns::RunWaitingLater()
+{
+    if (later_) {
+        later_([this] { RunWaiting(); });
+    } else {
+        RunWaiting();
+    }
+}
+
+void Turns::RunWaiting()
+{
+    while (!isTaken_ && !waiting_.empty()) {
+        const Action next = std::move(waiting_.front());
+        waiting_.pop_front();
+        Run(next);
+    }
+}
+
+}  // namespace velmora

@@ -1,0 +1,36 @@
+// The members of documents, forms and elements as the engine has them. In a page an element named
+// "forms", "URL" or "getAttribute" hides the document's or the form's own member of that name, from
+// the agent's script too; the prototypes of the agent's world cannot be hidden. The file is one
+// function, which gives the functions that go by the prototypes.
+(function () {
+  "use strict";
+
+  function read(type, name, object) {
+    return Object.getOwnPropertyDescriptor(type.prototype, name).get.call(object);
+  }
+
+  const { getAttribute, hasAttribute, matches, closest, querySelector } = Element.prototype;
+  const { addEventListener, removeEventListener, dispatchEvent } = EventTarget.prototype;
+  const { getElementsByTagName } = Document.prototype;
+
+  return {
+    read,
+    forms: () => Array.from(read(Document, "forms", document)),
+    scripts: () => read(Document, "scripts", document),
+    address: () => read(Document, "URL", document),
+    charset: () => read(Document, "characterSet", document),
+    byTag: (name) => Array.from(getElementsByTagName.call(document, name)),
+    first: (selector) => Document.prototype.querySelector.call(document, selector),
+    isElement: (node) => node instanceof Element,
+    parentOf: (node) => read(Node, "parentElement", node),
+    attribute: (element, name) => getAttribute.call(element, name),
+    has: (element, name) => hasAttribute.call(element, name),
+    matches: (element, selector) => matches.call(element, selector),
+    closest: (element, selector) => closest.call(element, selector),
+    find: (element, selector) => querySelector.call(element, selector),
+    listen: (target, type, listener, isCapturing = false) =>
+      addEventListener.call(target, type, listener, isCapturing),
+    unlisten: (target, type, listener) => removeEventListener.call(target, type, listener),
+    dispatch: (element, event) => dispatchEvent.call(element, event),
+  };
+})

@@ -1,0 +1,71 @@
+// What goes out with a form: where to, and in which bytes. The file is one function; given the ways into
+// the document, the functions of the agent's other files and how often the user has pressed anything, it
+// gives what the agent tells of forms.
+(function (dom, parts, acts) {
+  "use strict";
+
+  function encodingOf(form) {
+    const labels = form === null ? null : dom.attribute(form, "accept-charset");
+    for (const label of labels?.split(/[ \t\n\f\r,]+/) ?? []) {
+      try {
+        return new TextDecoder(label).encoding;
+      } catch {
+        // an unknown label: the next one counts
+      }
+    }
+    return dom.charset();
+  }
+
+  let encodeForm = null;
+
+  /** The bytes that the default encoding makes of a form's entries; a file gives its name. */
+  function formBody(form, entries) {
+    encodeForm ??= parts.formbody(parts.convert);
+    const texts = Array.from(entries, ([name, value]) => [name, typeof value === "string" ? value : value.name]);
+    return encodeForm(texts, encodingOf(form));
+  }
+
+  const codePage = new TextDecoder("windows-1252");
+
+  /**
+   * A field's name as it comes back from what was sent: each byte is one character of the code page, and
+   * a plus sign is a blank, as everywhere in a record.
+   */
+  function nameOf(element) {
+    const name = element.name ?? "";
+    if (/^[ -*,-~]*$/.test(name)) return name;
+    const sent = formBody(element.form ?? null, [[name, ""]]).slice(0, -1);
+    const bytes = sent.replace(/\+|%2B/g, " ").replace(/%(..)/g, (_, hex) => String.fromCharCode(parseInt(hex, 16)));
+    return codePage.decode(Uint8Array.from(bytes, (byte) => byte.charCodeAt(0)));
+  }
+
+  /** A target's name as the page gives it; one of the reserved words counts as none. */
+  function targetName(name) {
+    return name?.startsWith("_") ? "" : name;
+  }
+
+  /** The target of a form or a link, by itself or by the document's own rule. */
+  function targetOf(element) {
+    return targetName(dom.attribute(element, "target") ?? dom.first("base[target]")?.target ?? "");
+  }
+
+  /** Method, address and target of a form, with what the button that submits it changes of them. */
+  function destinationOf(form, submitter) {
+    const effective = (attribute, name) => (submitter?.hasAttribute("form" + attribute) ?
+      submitter["form" + name] : dom.read(HTMLFormElement, attribute, form));
+    const target = targetName(submitter?.getAttribute("formtarget")) ?? targetOf(form);
+    return { method: effective("method", "Method"), address: effective("action", "Action"), target };
+  }
+
+  // A body that is longer is not told: nobody types so much.
+  const kLongestBody = 4 * 1024 * 1024;
+
+  /** What the program is told of a form that goes out with these entries. */
+  function describe(form, submitter, entries, isBodyTold = true) {
+    const { method, address, target } = destinationOf(form, submitter);
+    const body = isBodyTold || method === "post" ? formBody(form, entries) : "";
+    return [address, method, target, body.length <= kLongestBody ? body : "", acts()];
+  }
+
+  return { encodingOf, nameOf, describe, targetOf };
+})

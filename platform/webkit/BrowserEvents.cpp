@@ -1,0 +1,209 @@
+#include "platform/webkit/BrowserEvents.h"
+
+#include <algorithm>
+#include <chrono>
+#include <numeric>
+
+#include "platform/webkit/PageDocument.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr std::size_t kMostWaiting = 1000;
+constexpr std::size_t kMostWaitingBytes = std::size_t{32} << 20;
+constexpr std::size_t kMostSenders = 256;
+constexpr int kMostRefusals = 3;
+
+// The clocks of two processes, and of a page that is told the time in steps, differ by as much.
+constexpr std::uint64_t kClockError = 5;
+
+std::uint64_t Now()
+{
+    const auto time = std::chrono::system_clock::now().time_since_epoch();
+    return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
+}
+
+std::string WithQuery(const PageAction& action)
+{
+    return action.url.substr(0, action.url.find_first_of("?#")) + "?" + action.body;
+}
+
+}  // namespace
+
+// --- What comes in --------------------------------------------------------------------------------
+
+void BrowserEvents::Announce(Navigation navigation, Decide decide)
+{
+    if (navigation.cause && navigation.cause->isForm) {
+        lastSender_ = navigation.cause->place.document;
+        lastSent_ = Now();
+    }
+    const std::size_t bytes = navigation.url.size() + (navigation.cause ? navigation.cause->body.size() : 0);
+    const auto held = std::make_shared<Navigation>(std::move(navigation));
+    const auto handle = [this, held, decide] {
+        HandleNavigation(*held);
+        decide(true);
+    };
+    if (!Add({Kind::Navigation, held->from.document, bytes, handle})) decide(false);
+}
+
+void BrowserEvents::OnBegun(const PagePlace& place, const std::string& url)
+{
+    // The empty document with which a frame begins finishes only if nothing else is loaded into it.
+    if (url != "about:blank") unfinished_[{place.channel.get(), place.document.frame}] = place.document.number;
+}
+
+void BrowserEvents::OnFinished(const PagePlace& place, const std::string& url, bool isTop)
+{
+    unfinished_.erase({place.channel.get(), place.document.frame});
+    const auto address = reported_(url, isTop);
+    if (!address) return;
+    ForgetFinished(place.document);
+    Add({Kind::Finished, place.document, address->size(), [this, place, url = *address] {
+             isAwaited_ = false;
+             if (Sender* const known = Find(place.document)) {
+                 known->url = url;
+             } else {
+                 senders_.push_back({place.document, url, {}});
+                 if (senders_.size() > kMostSenders) senders_.pop_front();
+             }
+             const PageTurn turn(place);
+             PageFrame frame(place);
+             control_.DocumentComplete.Raise(frame, url);
+         }});
+}
+
+void BrowserEvents::OnGone(const PagePlace& place)
+{
+    const auto unfinished = unfinished_.find({place.channel.get(), place.document.frame});
+    if (unfinished != unfinished_.end() && unfinished->second == place.document.number) unfinished_.erase(unfinished);
+    ForgetFinished(place.document);
+}
+
+bool BrowserEvents::TakesSubmissions() const { return !Waits(Kind::Submission); }
+
+void BrowserEvents::OnSubmitted(PageSubmission submission)
+{
+    // The script may have submitted the form in the ordinary way after all; that was announced.
+    const PagePlace& place = submission.action.place;
+    if (lastSender_ == place.document && lastSent_ + kClockError >= submission.time) return;
+    const auto held = std::make_shared<PageSubmission>(std::move(submission));
+    Add({Kind::Submission, place.document, held->action.body.size(), [this, held] { HandleSubmission(*held); }});
+}
+
+void BrowserEvents::Rest()
+{
+    if (!isAwaited_ || !unfinished_.empty() || !items_.empty()) return;
+    Add({Kind::Ended, {}, 0, [this] {
+             isAwaited_ = false;
+             control_.NavigationEnded.Raise();
+         }});
+}
+
+bool BrowserEvents::AllowsWindow()
+{
+    bool cancel = false;
+    const bool isAsked = refusals_ < kMostRefusals && turns_.TakeAtOnce([&] { control_.NewWindow2.Raise(cancel); });
+    if (!isAsked) {
+        cancel = true;
+        control_.NewWindow2.Raise(cancel);
+    }
+    refusals_ = cancel ? refusals_ + 1 : 0;
+    return !cancel;
+}
+
+void BrowserEvents::NoteUserAct()
+{
+    refusals_ = 0;
+    time_->sinceAct = {};
+}
+
+// --- What waits -----------------------------------------------------------------------------------
+
+bool BrowserEvents::Add(Item item)
+{
+    const std::size_t bytes = std::accumulate(items_.begin(), items_.end(), item.bytes,
+                                              [](std::size_t sum, const Item& each) { return sum + each.bytes; });
+    if (items_.size() >= kMostWaiting || bytes > kMostWaitingBytes) return false;
+    items_.push_back(std::move(item));
+    turns_.Post([this] { HandleNext(); });
+    return true;
+}
+
+bool BrowserEvents::Waits(Kind kind) const
+{
+    return std::any_of(items_.begin(), items_.end(), [kind](const Item& item) { return item.kind == kind; });
+}
+
+void BrowserEvents::ForgetFinished(const wire::DocumentName& document)
+{
+    std::erase_if(items_, [&](const Item& item) { return item.kind == Kind::Finished && item.document == document; });
+}
+
+// --- What goes out --------------------------------------------------------------------------------
+
+void BrowserEvents::HandleNext()
+{
+    // Each item has come with a turn; one that was dropped since leaves its turn to the others.
+    if (items_.empty()) return;
+    const Item next = std::move(items_.front());
+    items_.pop_front();
+    next.handle();
+}
+
+void BrowserEvents::HandleNavigation(const Navigation& navigation)
+{
+    const PagePlace& place = navigation.cause ? navigation.cause->place : navigation.from;
+    const PageTurn turn(place);
+    PageFrame frame(place);
+    BeforeNavigate2Event event{
+        .pDisp = frame, .URL = navigation.url, .TargetFrameName = {}, .PostData = {}, .Headers = navigation.headers};
+    if (navigation.cause) {
+        event.TargetFrameName = navigation.cause->target;
+        event.PostData = navigation.cause->body;
+        if (navigation.cause->isForm) Resume(*navigation.cause, {});
+    }
+    isAwaited_ = true;
+    control_.BeforeNavigate2.Raise(event);
+}
+
+void BrowserEvents::HandleSubmission(const PageSubmission& submission)
+{
+    const PageAction& action = submission.action;
+    SubmittedFrame frame(action.place, submission.form);
+    BeforeNavigate2Event event{
+        .pDisp = frame, .URL = action.url, .TargetFrameName = action.target, .PostData = {}, .Headers = {}};
+    if (action.method == "post") {
+        event.PostData = action.body;
+    } else {
+        event.URL = WithQuery(action);
+    }
+    {
+        const PageTurn turn(action.place);
+        Resume(action, submission.url);
+        control_.BeforeNavigate2.Raise(event);
+    }
+    // The page stays; but it may be on its way elsewhere all the same.
+    if (!isAwaited_) control_.NavigationEnded.Raise();
+}
+
+void BrowserEvents::Resume(const PageAction& action, const std::string& url)
+{
+    Sender* const sender = Find(action.place.document);
+    if (!sender) return;
+    const bool hasStayed = sender->userActs && action.userActs > *sender->userActs;
+    sender->userActs = action.userActs;
+    if (!hasStayed) return;
+    PageFrame frame(action.place);
+    control_.DocumentResumed.Raise(frame, url.empty() ? sender->url : url);
+}
+
+BrowserEvents::Sender* BrowserEvents::Find(const wire::DocumentName& document)
+{
+    const auto found = std::find_if(senders_.begin(), senders_.end(),
+                                    [&](const Sender& sender) { return sender.document == document; });
+    return found == senders_.end() ? nullptr : &*found;
+}
+
+}  // namespace velmora

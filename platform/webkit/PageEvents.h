@@ -1,0 +1,45 @@
+// What page agents tell.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/webkit/PageChannel.h"
+#include "platform/webkit/PageFacts.h"
+
+namespace velmora {
+
+/// A navigation that a page is about to start, as its agent saw it.
+struct PageAction {
+    std::string url;  ///< Where it goes; a get form's without its fields.
+    bool isForm = false;
+    std::string method;          ///< "get" or "post".
+    std::string target;          ///< Name of the target frame; empty when none is named.
+    PagePlace place;             ///< The document that holds the form or the link.
+    std::string body;            ///< Of a post, in the default encoding whatever the form's own is.
+    std::uint64_t userActs = 0;  ///< Keys and buttons that the user has pressed in the document so far.
+    bool staysHere = false;      ///< A link into the document that holds it.
+};
+
+/// A form that a page's own script has sent: what a navigation would have been, the address of the document,
+/// the time (milliseconds since 1970), the form as it was.
+struct PageSubmission {
+    PageAction action;
+    std::string url;
+    std::uint64_t time = 0;
+    FormSnapshot form;
+};
+
+/// Whoever hears what the agents tell.
+class PageListener {
+public:
+    virtual ~PageListener() = default;
+    virtual void OnBegun(const PagePlace& place, const std::string& url) = 0;
+    virtual void OnFinished(const PagePlace& place, const std::string& url, bool isTop) = 0;
+    virtual void OnGone(const PagePlace& place) = 0;
+    /// Whether a further submission would be taken; it need not be read otherwise.
+    virtual bool TakesSubmissions() const = 0;
+    virtual void OnSubmitted(PageSubmission submission) = 0;
+};
+
+}  // namespace velmora

@@ -1,0 +1,319 @@
+// Pages written against the program, and events that come at the worst moment.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <chrono>
+
+#include "tests/desktop/Harness.h"
+
+namespace velmora::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr char kRecordQuestion[] = "A temporary record is created, do you want to view/edit it now?";
+constexpr char kFillQuestion[] = "Do you want to auto fill-in this form";
+constexpr char kLogin[] =
+    "<form action='to.cgi' method='post'><input name='a'><input name='b'><button>Go</button></form>";
+
+/// The longest time for which the main loop stood still.
+class Heartbeat {
+public:
+    Heartbeat()
+    {
+        source_ = g_timeout_add(
+            20, [](gpointer self) -> gboolean { return static_cast<Heartbeat*>(self)->Beat(); }, this);
+    }
+    ~Heartbeat() { g_source_remove(source_); }
+    Heartbeat(const Heartbeat&) = delete;
+    Heartbeat& operator=(const Heartbeat&) = delete;
+
+    double Longest() const { return longest_; }  ///< In seconds.
+
+private:
+    gboolean Beat()
+    {
+        const auto now = std::chrono::steady_clock::now();
+        longest_ = std::max(longest_, std::chrono::duration<double>(now - last_).count());
+        last_ = now;
+        return G_SOURCE_CONTINUE;
+    }
+
+    guint source_ = 0;
+    double longest_ = 0;
+    std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
+};
+
+class HostilePages : public DesktopTest {
+protected:
+    void SetUp() override
+    {
+        DesktopTest::SetUp();
+        server_.Page("/to.cgi", "arrived");
+        trap_.Page("/trap.html", kLogin);
+        trap_.Page("/to.cgi", "got it");
+    }
+
+    void Keep(const std::string& url, const std::string& postdata = "a=secret&b=too")
+    {
+        frmBrowser::AddRecordItem(Form().lvwPermanent, {.Type = kTypeForm,
+                                                        .Session = "kept",
+                                                        .Url = url,
+                                                        .Action = server_.Url("/to.cgi"),
+                                                        .Postdata = postdata,
+                                                        .Header = {},
+                                                        .Frame = {}});
+    }
+    /// A log-in page that draws its form a moment after it has loaded and begun to do something else.
+    static std::string LateLogin(const std::string& something)
+    {
+        return "<body><script>onload = () => { " + something +
+               "; setTimeout(() => document.body.insertAdjacentHTML('beforeend', `" + kLogin + "`), 150); }</script>";
+    }
+    std::string Show(const std::string& html)
+    {
+        DesktopTest::Show("/page.html", html);
+        return server_.Url("/page.html");
+    }
+    void LineIsClear(const std::string& what)
+    {
+        RunUntil([&] { return !Form().Timer1.Enabled() && Form().StatusBar1.Panels(1).Text().empty(); }, what);
+        EXPECT_TRUE(Form().cmdBookmark.Enabled());
+    }
+    std::vector<std::string> Bodies(WebServer& server)
+    {
+        std::vector<std::string> bodies;
+        for (const Request& request : server.RequestsTo("/to.cgi")) bodies.push_back(request.Body);
+        return bodies;
+    }
+
+    WebServer trap_;  ///< Another site.
+};
+
+TEST_F(HostilePages, WhatTheUserIsAskedAboutCannotBeSwappedUnderTheQuestion)
+{
+    server_.Page("/login.html", LateLogin(""));
+    Keep(server_.Url("/login.html"));
+    trap_.Handler("/slow.html", [](const Request&) { return Response{kLogin, "text/html", 200, {}, true}; });
+    // By the page around a frame: a navigation that began before the question ends under it; one that begins
+    // under it waits.
+    trap_.Page("/around.html", "<iframe src='" + server_.Url("/login.html") +
+                                   "' onload=\"this.onload = null; frames[0].location = '/slow.html'\"></iframe>");
+    Expect({.text = kFillQuestion, .button = "Ok", .before = [&] {
+                const std::string here = "try { frames[0].location.pathname } catch { 'elsewhere' }";
+                trap_.Release();
+                RunUntil([&] { return Script(here) == "/slow.html"; }, "the trap in the frame");
+                Script("frames[0].location = '/trap.html'; 1");
+            }});
+    Go(trap_.Url("/around.html"));
+    RunUntil([&] { return Completed().back() == trap_.Url("/trap.html"); }, "the other trap");
+    EXPECT_EQ(Script("frames[0].document.querySelector('input').value"), "");
+
+    // By whoever moves the page itself.
+    server_.Page("/login.html", LateLogin("location = '" + trap_.Url("/slow.html") + "'"));
+    Expect({.text = kFillQuestion, .button = "Ok", .before = [&] {
+                trap_.Release();
+                RunUntil([&] { return Script("location.pathname") == "/slow.html"; }, "the trap in the page's place");
+            }});
+    SetOff(server_.Url("/login.html"));
+    RunUntil([&] { return Completed().back() == trap_.Url("/slow.html"); }, "the trap");
+    EXPECT_EQ(Script("document.querySelector('input').value"), "");
+    EXPECT_THAT(Bodies(trap_), IsEmpty());
+    EXPECT_THAT(Bodies(server_), IsEmpty());
+}
+
+TEST_F(HostilePages, SubmissionsWithoutEndAskOnceAndLeaveTheProgramToItsUser)
+{
+    Press("cmdRecord");
+    Show(kLogin + std::string("<script>const form = document.forms[0]; form.onsubmit = (event) => {"
+                              "event.preventDefault(); fetch('to.cgi', {method: 'POST'}); };"
+                              "function go() { for (let i = 0; i < 1000; ++i) form.requestSubmit(); }</script>"));
+    Expect({.text = kRecordQuestion, .button = "No", .before = [&] { Script("go(); 1"); }});
+    Script("go(); 1");
+    RunUntil([&] { return AllAnswered(); }, "the question");
+    Script("go(); 1");
+    LineIsClear("the end of it");
+    EXPECT_THAT(Asked(), SizeIs(1));
+    EXPECT_EQ(Form().ListView1.Count(), 1);
+}
+
+TEST_F(HostilePages, TheSecondRowOfAnAddressIsOfferedWhateverFinishesMeanwhile)
+{
+    server_.Handler("/inner.html", [](const Request&) { return Response{"inner", "text/html", 200, {}, true}; });
+    server_.Page(
+        "/login.html",
+        LateLogin("document.body.append(Object.assign(document.createElement('iframe'), {src: 'inner.html'}))"));
+    for (const char* value : {"a=first", "a=second"}) Keep(server_.Url("/login.html"), value);
+    Press("cmdAutoClick");
+    Expect({.text = kFillQuestion, .button = "Cancel", .before = [&] {
+                const std::size_t before = Completed().size();
+                server_.Release();
+                RunUntil([&] { return Script("frames[0]?.document.body?.textContent") == "inner"; }, "the frame");
+                EXPECT_THAT(Completed(), SizeIs(before)) << "a later event waits for the answer";
+            }});
+    Expect({.text = kFillQuestion, .button = "Ok"});
+    SetOff(server_.Url("/login.html"));
+    WaitForDocument(server_.Url("/inner.html"));
+    EXPECT_EQ(Script("document.querySelector('input').value"), "second");
+}
+
+TEST_F(HostilePages, ANavigationWithoutADocumentPlaysNothingAndClearsTheLine)
+{
+    Press("cmdAutoClick");
+    server_.Handler("/nothing", [](const Request&) { return Response{"", "text/html", 204, {}, 0}; });
+    const std::string url = Show("<a id='here' href='#'>here</a>" + std::string(kLogin));
+    Keep(url);
+    Press("cmdPrompt");
+    SetOff(server_.Url("/nothing"));
+    LineIsClear("the end of an answer without a page");
+    EXPECT_EQ(Script("document.querySelector('input').value"), "") << "the page that stands is not played";
+    for (int i = 0; i < 2; ++i) {
+        Click("#here");
+        LineIsClear("the end of a move within the page");
+    }
+    // A frame that fails, or goes while it loads, after its page has finished.
+    const std::string closed = WebServer().Url("/");
+    for (const char* then : {"", "setTimeout(() => frame.remove(), 100);"}) {
+        const std::string target = *then ? server_.Url("/slow") : closed;
+        server_.Handler("/slow", [](const Request&) { return Response{"slow", "text/html", 200, {}, true}; });
+        Script("{ const frame = document.createElement('iframe'); frame.src = '" + target +
+               "'; document.body.append(frame); " + then + "} 1");
+        RunUntil([&] { return Form().Timer1.Enabled(); }, "the frame's navigation");
+        LineIsClear("the end of a late frame");
+    }
+}
+
+TEST_F(HostilePages, AFormThatThePageRefusesIsNoSubmission)
+{
+    Press("cmdRecord");
+    Show(
+        "<form action='to.cgi' method='post' onsubmit='event.preventDefault(); document.title += 1;"
+        "navigator.sendBeacon(`/ping`, `x`)'><input name='a' value='short'><button>Go</button></form>");
+    server_.Page("/ping", "");
+    Click("button");
+    RunUntil([&] { return Script("document.title") == "1" && !server_.RequestsTo("/ping").empty(); }, "the refusal");
+    Click("button");
+    RunUntil([&] { return Script("document.title") == "11" && server_.RequestsTo("/ping").size() == 2; }, "another");
+    EXPECT_EQ(Form().ListView1.Count(), 0);
+}
+
+TEST_F(HostilePages, AHandlerThatAsksTheEngineDoesNotStopAFill)
+{
+    Press("cmdPrompt");
+    server_.Page("/sync", "answer");
+    std::string handlers;
+    for (const char* call :
+         {"history.length", "outerWidth + screenX", "this.select(); getSelection().toString()", "moveTo(1, 1)",
+          "window.open('/to.cgi')", "const r = new XMLHttpRequest(); r.open('GET', '/sync', false); r.send()",
+          "document.cookie = 'a=b'", "localStorage.setItem('a', 'b')", "document.execCommand('copy')", "print()",
+          "top.alert('x')", "parent.confirm('y')"}) {
+        handlers += "try { " + std::string(call) + " } catch (e) { document.title += e; };";
+    }
+    server_.Page("/login.html", "<form action='to.cgi' method='post'><input name='a' oninput=\"" + handlers +
+                                    "\"><input name='b'><button>Go</button></form>");
+    server_.Page("/around.html", "<iframe src='login.html'></iframe>");
+    Keep(server_.Url("/login.html"));
+    g_signal_connect(Engine().View(), "script-dialog",
+                     G_CALLBACK(+[](WebKitWebView*, WebKitScriptDialog*, gpointer) -> gboolean { return TRUE; }),
+                     nullptr);
+    const auto start = std::chrono::steady_clock::now();
+    Go(server_.Url("/around.html"));
+    RunUntil([&] { return !Bodies(server_).empty(); }, "the filled form");
+    EXPECT_THAT(Bodies(server_), ElementsAre("a=secret&b=too"));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(4)) << "no wait ran into its limit";
+}
+
+TEST_F(HostilePages, NamesAndClocksOfThePageDoNotReachTheAgent)
+{
+    Press("cmdPrompt");
+    server_.Page("/login.html",
+                 "<script>setInterval(() => { for (let i = 0; i < 10000; ++i) clearTimeout(i); }, 1);</script>"
+                 "<form name='forms'></form><img name='URL'><img name='addEventListener'><img name='scripts'>"
+                 "<form action='to.cgi' method='post'><input name='a'><input name='b'><input name='getAttribute'>"
+                 "<input name='querySelector'><input name='elements'><button>Go</button></form>");
+    Keep(server_.Url("/login.html"));
+    SetOff(server_.Url("/login.html"));
+    RunUntil([&] { return !Bodies(server_).empty(); }, "the filled form");
+    EXPECT_THAT(Bodies(server_), ElementsAre("a=secret&b=too&getAttribute=&querySelector=&elements="));
+}
+
+TEST_F(HostilePages, WhatAPageMakesTheProgramComputeDoesNotHoldTheWindow)
+{
+    const Heartbeat heart;
+    Press("cmdRecord");
+    Press("cmdPrompt");
+    const std::string form = "`<form action=x${i}><input name=action></form>`";
+    Keep(server_.Url("/page.html"));
+    Show("<body><script>document.body.innerHTML = Array.from({length: 20000}, (_, i) => " + form +
+         ").join('');</script>");
+    Script("document.forms[0].insertAdjacentHTML('afterend', `<a id=long href='?${'x'.repeat(200000)}'>long</a>`); 1");
+    const std::size_t before = Completed().size();
+    Script("document.querySelector('#long').click(); 1");
+    RunUntil([&] { return Completed().size() > before; }, "the long address");
+    Show(
+        "<body><script>for (let i = 0; i < 5; ++i) { const form = document.createElement('form');"
+        "form.action = 'x'.repeat(1e6); document.body.append(form); }</script>");
+    EXPECT_LT(heart.Longest(), 1.0);
+}
+
+TEST_F(HostilePages, WindowsWithoutEndAreRefusedWithoutAQuestion)
+{
+    Show("<p id='p'>page</p>");
+    for (int i = 0; i < 3; ++i) {
+        Expect({.text = "Pop-up window is required, do you want to block pop-up?", .button = "Yes", .before = [&, i] {
+                    EXPECT_EQ(Form().glngNoOfPopupBlocked, i);
+                }});
+    }
+    Script("for (let i = 0; i < 50; ++i) window.open('/to.cgi'); 1");
+    EXPECT_EQ(Form().StatusBar1.Panels(2).Text(), "50 Pop-up is blocked");
+    // A click gives the page another chance.
+    Expect({.text = "Pop-up window is required, do you want to block pop-up?", .button = "Yes"});
+    Click("#p");
+    Script("window.open('/to.cgi'); 1");
+    EXPECT_EQ(Form().glngNoOfPopupBlocked, 51);
+}
+
+TEST_F(HostilePages, EventsOfAgentsThatNobodyKnowsAreDropped)
+{
+    Keep("http://bank/");
+    const std::size_t before = Completed().size();
+    for (const std::string event : {"finished\n1\n2\n3\nhttp://bank/\n1", "submitted\n1\n2\n3\nx"}) {
+        const std::size_t end = event.find('\n');
+        WebKitUserMessage* message = WEBKIT_USER_MESSAGE(g_object_ref_sink(webkit_user_message_new(
+            ("velmora." + event.substr(0, end)).c_str(), g_variant_new_string(event.substr(end + 1).c_str()))));
+        gboolean isTaken = FALSE;
+        g_signal_emit_by_name(Engine().View(), "user-message-received", message, &isTaken);
+        EXPECT_TRUE(isTaken);
+        g_object_unref(message);
+    }
+    Show("<p>page</p>");
+    EXPECT_THAT(Completed(), SizeIs(before + 1));
+}
+
+TEST_F(HostilePages, NamesBeyondAsciiAndMarkupOutOfOrderArePlayedBack)
+{
+    Press("cmdPrompt");
+    Press("cmdRecord");
+    const std::string url = Show(
+        "<meta charset='utf-8'><div class=\"x\" \">stray</div><noscript><form action=no.cgi></noscript>"
+        "<form action='/gr\xC3\xBC\xC3\x9F.cgi' method='post'><input name='\xE5\x90\x8D' value='x'>"
+        "<input name='a+b' value='y'><button>Go</button></form>");
+    server_.Page("/gr\xC3\xBC\xC3\x9F.cgi", "arrived");
+    Expect({.text = kRecordQuestion, .button = "No"});
+    Click("button");
+    RunUntil([&] { return AllAnswered() && !server_.RequestsTo("/gr\xC3\xBC\xC3\x9F.cgi").empty(); }, "the submission");
+    ASSERT_EQ(Form().ListView1.Count(), 1);
+    RecordItem record;
+    frmBrowser::ReadRecordItem(Form().ListView1.Item(1), record);
+    record.Postdata = "%E5%90%8D=again&a%2Bb=too";
+    frmBrowser::AddRecordItem(Form().lvwPermanent, record);
+    server_.ForgetRequests();
+    SetOff(url);
+    RunUntil([&] { return !server_.RequestsTo("/gr\xC3\xBC\xC3\x9F.cgi").empty(); }, "the filled form");
+    EXPECT_EQ(server_.RequestsTo("/gr\xC3\xBC\xC3\x9F.cgi").at(0).Body, "%E5%90%8D=again&a%2Bb=too");
+}
+
+}  // namespace
+}  // namespace velmora::test
