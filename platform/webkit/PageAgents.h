@@ -10,7 +10,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/webkit/PageEvents.h"
+#include "platform/document/PageEvents.h"
 
 namespace velmora {
 

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/webkit/Address.h"
+#include "platform/document/Address.h"
+#include "platform/document/PageDocument.h"
 #include "platform/webkit/GuideSite.h"
 #include "platform/webkit/LoadFailures.h"
 #include "platform/webkit/MainLoopWait.h"
 #include "platform/webkit/PageArea.h"
-#include "platform/webkit/PageDocument.h"
 #include "platform/webkit/StandingPage.h"
 #include "platform/webkit/UserSession.h"
 

@@ -10,7 +10,7 @@
 
 #include "platform/Browser.h"
 #include "platform/Dialogs.h"
-#include "platform/webkit/BrowserEvents.h"
+#include "platform/document/BrowserEvents.h"
 #include "platform/webkit/Callbacks.h"
 #include "platform/webkit/PageAgents.h"
 #include "platform/webkit/PopupWindow.h"

@@ -5,7 +5,7 @@
 #include <functional>
 #include <thread>
 
-#include "platform/webkit/PageDocument.h"
+#include "platform/document/PageDocument.h"
 
 namespace velmora::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/webkit/Address.h"
+#include "platform/document/Address.h"
 
 #include <cstddef>
 #include <string_view>

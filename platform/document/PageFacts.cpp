@@ -1,4 +1,4 @@
-#include "platform/webkit/PageFacts.h"
+#include "platform/document/PageFacts.h"
 
 namespace velmora {
 

@@ -1,4 +1,4 @@
-#include "platform/webkit/PageChannel.h"
+#include "platform/document/PageChannel.h"
 
 #include <unistd.h>
 

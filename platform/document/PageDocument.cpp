@@ -1,4 +1,4 @@
-#include "platform/webkit/PageDocument.h"
+#include "platform/document/PageDocument.h"
 
 #include <map>
 #include <optional>

@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "platform/webkit/PageChannel.h"
-#include "platform/webkit/PageFacts.h"
+#include "platform/document/PageChannel.h"
+#include "platform/document/PageFacts.h"
 
 namespace velmora {
 

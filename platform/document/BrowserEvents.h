@@ -12,7 +12,7 @@
 
 #include "platform/Browser.h"
 #include "platform/Turns.h"
-#include "platform/webkit/PageEvents.h"
+#include "platform/document/PageEvents.h"
 
 namespace velmora {
 

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/webkit/PageChannel.h"
-#include "platform/webkit/PageFacts.h"
+#include "platform/document/PageChannel.h"
+#include "platform/document/PageFacts.h"
 
 namespace velmora {
 

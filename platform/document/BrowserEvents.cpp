@@ -1,10 +1,10 @@
-#include "platform/webkit/BrowserEvents.h"
+#include "platform/document/BrowserEvents.h"
 
 #include <algorithm>
 #include <chrono>
 #include <numeric>
 
-#include "platform/webkit/PageDocument.h"
+#include "platform/document/PageDocument.h"
 
 namespace velmora {
 
