@@ -18,7 +18,7 @@ public:
     Answer MsgBox(const std::string&, Buttons buttons, Icon, const std::string&) override
     {
         asked = Clock::now();
-        return buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;
+        return SafeAnswer(buttons);
     }
     void Tell(const std::string&) override {}
     void ShowModal(velmora::Window&) override {}

@@ -11,18 +11,30 @@ enum class Buttons {
     Ok,
     OkCancel,
     YesNo,
-    CautiousYesNo  ///< Enter, too, means No.
+    CautiousYesNo,  ///< Enter, too, means No.
+    YesNoYesIsSafe
 };
 enum class Icon { None, Information, Exclamation };
 enum class Answer { Ok, Cancel, Yes, No };
+
+/// What Escape and the close box of a message box stand for.
+constexpr Answer SafeAnswer(Buttons buttons)
+{
+    switch (buttons) {
+    case Buttons::YesNo:
+    case Buttons::CautiousYesNo: return Answer::No;
+    case Buttons::YesNoYesIsSafe: return Answer::Yes;
+    case Buttons::OkCancel: return Answer::Cancel;
+    default: return Answer::Ok;
+    }
+}
 
 class Dialogs {
 public:
     virtual ~Dialogs() = default;
 
     /// Shows a message box and waits for the answer. The text is plain text. An empty title stands
-    /// for the program's own. Escape and the close box give the safe answer: No, Cancel, or Ok where
-    /// there is nothing else.
+    /// for the program's own. Escape and the close box give the safe answer.
     virtual Answer MsgBox(const std::string& text, Buttons buttons = Buttons::Ok, Icon icon = Icon::None,
                           const std::string& title = {}) = 0;
 

@@ -9,8 +9,8 @@ void frmBrowser::mnuBlock_Click() { mnuBlock.Checked = !mnuBlock.Checked(); }
 void frmBrowser::wbMyBrowser_NewWindow2(bool& Cancel)
 {
     const auto askToBlock = [this] {
-        return platform_.dialogs.MsgBox("Pop-up window is required, do you want to block pop-up?", Buttons::YesNo) ==
-               Answer::Yes;
+        return platform_.dialogs.MsgBox("Pop-up window is required, do you want to block pop-up?",
+                                        Buttons::YesNoYesIsSafe) == Answer::Yes;
     };
     try {
         Cancel = Cancel || mnuBlock.Checked() || askToBlock();

@@ -61,7 +61,7 @@ int Desktop::Run()
 
 Answer Desktop::MsgBox(const std::string& text, Buttons buttons, Icon icon, const std::string& title)
 {
-    if (hasEnded_) return MessageBox::SafeAnswer(buttons);
+    if (hasEnded_) return SafeAnswer(buttons);
     const Answer answer = AskInBox(text, buttons, icon, title);
     GiveFocusBack();
     return answer;
@@ -69,7 +69,7 @@ Answer Desktop::MsgBox(const std::string& text, Buttons buttons, Icon icon, cons
 
 Answer Desktop::AskInBox(const std::string& text, Buttons buttons, Icon icon, const std::string& title)
 {
-    Answer answer = MessageBox::SafeAnswer(buttons);
+    Answer answer = SafeAnswer(buttons);
     NestedLoop loop;
     MessageBox box(text, buttons, icon, title.empty() ? "Velmora" : title, Screen());
     box.Answered = [&](Answer given) {

@@ -64,16 +64,6 @@ int MessageBox::WidthOfTitle(const std::string& title, const Gdk::Rectangle& scr
     return std::min(width * 5 / 4 + kTitleButtons, screen.get_width() / 2);
 }
 
-Answer MessageBox::SafeAnswer(Buttons buttons)
-{
-    switch (buttons) {
-    case Buttons::YesNo:
-    case Buttons::CautiousYesNo: return Answer::No;
-    case Buttons::OkCancel: return Answer::Cancel;
-    default: return Answer::Ok;
-    }
-}
-
 Gtk::Widget& MessageBox::MakeText(const std::string& text)
 {
     auto* scroller = Gtk::make_managed<Gtk::ScrolledWindow>();
@@ -136,12 +126,12 @@ Gtk::Widget& MessageBox::MakeButtons(Buttons buttons)
     auto* row = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kGap / 2);
     row->set_halign(Gtk::Align::CENTER);
     row->set_homogeneous(true);
-    if (buttons == Buttons::YesNo || buttons == Buttons::CautiousYesNo) {
-        AddButton(*row, "btnYes", "Yes", Answer::Yes);
-        AddButton(*row, "btnNo", "No", Answer::No);
-    } else {
+    if (buttons == Buttons::Ok || buttons == Buttons::OkCancel) {
         AddButton(*row, "btnOk", "OK", Answer::Ok);
         if (buttons == Buttons::OkCancel) AddButton(*row, "btnCancel", "Cancel", Answer::Cancel);
+    } else {
+        AddButton(*row, "btnYes", "Yes", Answer::Yes);
+        AddButton(*row, "btnNo", "No", Answer::No);
     }
     Gtk::Widget& chosen = buttons == Buttons::CautiousYesNo ? *row->get_last_child() : *row->get_first_child();
     set_default_widget(chosen);

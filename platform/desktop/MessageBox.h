@@ -18,9 +18,6 @@ public:
     MessageBox(const std::string& text, Buttons buttons, Icon icon, const std::string& title,
                const Gdk::Rectangle& screen);
 
-    /// What Escape and the close box stand for.
-    static Answer SafeAnswer(Buttons buttons);
-
     /// Called with the answer, once for each button that is pressed.
     std::function<void(Answer)> Answered;
 

@@ -3,12 +3,19 @@
 #include <algorithm>
 
 #include "platform/desktop/Accessible.h"
+#include "platform/desktop/Caption.h"
 #include "platform/desktop/Clip.h"
 #include "platform/desktop/ControlArea.h"
 #include "platform/desktop/DisplayText.h"
 #include "platform/desktop/Pixels.h"
 
 namespace velmora {
+namespace {
+
+constexpr int kPanelInset = 9;   // Padding and border of a panel, as the style sheet has them.
+constexpr int kLineHeight = 16;  // Room for one line of type.
+
+}  // namespace
 
 StatusBarView::StatusBarView(velmora::StatusBar& control) : Glib::ObjectBase("velmora_StatusBarView"), control_(control)
 {
@@ -30,8 +37,22 @@ void StatusBarView::AddPanel(int i)
     clip->add_css_class("panel");
     clip->set_parent(*this);
     panels_.push_back(clip);
-    subscriptions_.push_back(panel.Text.Changed.Connect([label, &panel] { label->set_text(OneLine(panel.Text())); }));
-    subscriptions_.push_back(panel.Width.Changed.Connect([this] { queue_allocate(); }));
+    labels_.push_back(label);
+    label->signal_map().connect([this, i] { Fit(i); });
+    subscriptions_.push_back(panel.Text.Changed.Connect([this, i, label, &panel] {
+        label->set_text(OneLine(panel.Text()));
+        Fit(i);
+    }));
+    subscriptions_.push_back(panel.Width.Changed.Connect([this, i] {
+        Fit(i);
+        queue_allocate();
+    }));
+}
+
+void StatusBarView::Fit(int i)
+{
+    if (i == 1) return;
+    FitCaption(*labels_[static_cast<std::size_t>(i - 1)], Edge(control_.Panels(i).Width()) - kPanelInset, kLineHeight);
 }
 
 Gtk::SizeRequestMode StatusBarView::get_request_mode_vfunc() const { return Gtk::SizeRequestMode::CONSTANT_SIZE; }

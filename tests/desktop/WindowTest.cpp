@@ -168,6 +168,7 @@ TEST_F(MainWindowOnScreen, EveryCaptionReadsInFullAndTheButtonsStandAnEvenDistan
     Press("cmdRecord");
     Press("cmdAutoClick");
     Press("cmdAutoHide");
+    Form().StatusBar1.Panels(2).Text = "99999 Pop-up is blocked";
     EachLabel(MainWindow(), [](Gtk::Label& label) {
         // Titles of columns that are scrolled out of sight have no place.
         EXPECT_FALSE(label.get_layout()->is_ellipsized()) << label.get_text();

@@ -17,7 +17,7 @@ TEST_F(Services, PopupsAreAskedAboutUntilTheyAreBlocked)
     EXPECT_EQ(ask(), "refused: 1 Pop-up is blocked");
     EXPECT_EQ(ask(), "let through: Pop-up is not blocked");
     EXPECT_EQ(ask(), "refused: 2 Pop-up is blocked");
-    EXPECT_EQ(Shown(), Lines(3, "Pop-up window is required, do you want to block pop-up? (YesNo)"));
+    EXPECT_EQ(Shown(), Lines(3, "Pop-up window is required, do you want to block pop-up? (YesNo, Yes is safe)"));
     Switch(Program().mnuBlock, true);
     EXPECT_EQ(ask(), "refused: 3 Pop-up is blocked");
     Switch(Program().mnuBlock, false);

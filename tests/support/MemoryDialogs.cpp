@@ -8,6 +8,7 @@ std::string Line(const std::string& text, Buttons buttons, Icon icon, const std:
 {
     std::string line = title.empty() ? text : "[" + title + "] " + text;
     if (buttons == Buttons::YesNo) line += " (YesNo)";
+    if (buttons == Buttons::YesNoYesIsSafe) line += " (YesNo, Yes is safe)";
     if (buttons == Buttons::OkCancel) line += " (OkCancel)";
     if (icon == Icon::Information) line += " (i)";
     if (icon == Icon::Exclamation) line += " (!)";
@@ -22,7 +23,7 @@ Answer MemoryDialogs::MsgBox(const std::string& text, Buttons buttons, Icon icon
     if (buttons == Buttons::Ok) return Answer::Ok;
     if (Answers.empty()) {
         ++Unanswered;
-        return buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;
+        return SafeAnswer(buttons);
     }
     const Answer answer = Answers.front();
     Answers.pop_front();
