@@ -187,6 +187,8 @@ public:
     void SetInnerSize(Twips width, Twips height);
 
     Property<std::string> Caption;
+    /// The outer corner on the screen. X11 keeps to it; on Wayland no program can place its windows, and
+    /// Left and Top say nothing.
     Property<Twips> Left;
     Property<Twips> Top;
     Property<Twips> Width{0, RefuseNegative};

@@ -10,7 +10,7 @@
 
 namespace velmora {
 
-DialogView::DialogView(velmora::Window& dialog) : dialog_(dialog)
+DialogView::DialogView(velmora::Window& dialog) : dialog_(dialog), place_(window_, dialog)
 {
     SetAccessibleRole(window_, Gtk::Accessible::Role::DIALOG);
     window_.set_title(OneLine(dialog.Caption()));

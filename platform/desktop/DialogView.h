@@ -5,6 +5,7 @@
 
 #include "platform/Controls.h"
 #include "platform/desktop/ViewContext.h"
+#include "platform/desktop/WindowPlace.h"
 
 namespace velmora {
 
@@ -28,6 +29,7 @@ private:
     velmora::Window& dialog_;
     ViewContext context_;
     Gtk::Window window_;
+    WindowPlace place_;
     Subscription caption_;
 };
 

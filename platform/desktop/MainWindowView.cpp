@@ -12,7 +12,7 @@ namespace velmora {
 
 MainWindowView::MainWindowView(velmora::Window& window, Desktop& desktop,
                                std::function<Gtk::Widget*(WebBrowser&)> browserWidget)
-    : window_(window), desktop_(desktop), menu_(window.Menu)
+    : window_(window), desktop_(desktop), menu_(window.Menu), place_(surface_, window)
 {
     context_.browserWidget = std::move(browserWidget);
     auto* area = Gtk::make_managed<ClientArea>(window, context_, false);

@@ -11,6 +11,7 @@
 #include "platform/desktop/MenuView.h"
 #include "platform/desktop/NoticeBar.h"
 #include "platform/desktop/ViewContext.h"
+#include "platform/desktop/WindowPlace.h"
 
 namespace velmora {
 
@@ -42,6 +43,7 @@ private:
     MenuView menu_;
     NoticeBar notices_;
     Gtk::Window surface_;
+    WindowPlace place_;
     Subscription caption_;
     Gtk::Widget* lastFocus_ = nullptr;  ///< What takes that control's focus; null before the first.
     sigc::connection leaveMenu_;

@@ -186,6 +186,7 @@ TEST_F(DialogOnScreen, TheSmallDialogsTakeKeys)
         InDialog(
             "About Velmora", [this] { Form().mnuAbout.Click.Raise(); },
             [key = key](Gtk::Window& dialog) {
+                EXPECT_EQ(PlaceOnScreen(dialog), "350,273");
                 EXPECT_TRUE(dynamic_cast<Gtk::Picture&>(FindIn(dialog, "imgLogo")).get_paintable());
                 PressKeys(dialog, key);
             });

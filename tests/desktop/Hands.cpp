@@ -60,6 +60,15 @@ void Robot(const std::string& command)
 
 void FocusOn(Gtk::Window& window) { Robot("windowfocus --sync " + XidOf(window.gobj())); }
 
+std::string PlaceOnScreen(Gtk::Window& window)
+{
+    Display* display = gdk_x11_display_get_xdisplay(gtk_widget_get_display(GTK_WIDGET(window.gobj())));
+    int x = 0, y = 0;
+    ::Window child = 0;
+    XTranslateCoordinates(display, std::stoul(XidOf(window.gobj())), DefaultRootWindow(display), 0, 0, &x, &y, &child);
+    return std::to_string(x) + "," + std::to_string(y);
+}
+
 void PressKeys(Gtk::Window& window, const std::string& keys)
 {
     FocusOn(window);

@@ -32,6 +32,8 @@ void EachLabel(Gtk::Widget& root, const std::function<void(Gtk::Label&)>& look);
 void Robot(const std::string& command);
 /// Gives a window the keyboard.
 void FocusOn(Gtk::Window& window);
+/// Where the inside of a window stands on the screen, as "x,y" in pixels.
+std::string PlaceOnScreen(Gtk::Window& window);
 /// Presses keys one after the other, as "Tab Tab Return", in a window.
 void PressKeys(Gtk::Window& window, const std::string& keys);
 /// Clicks at a place in a widget, or in its middle.

@@ -143,6 +143,7 @@ protected:
 
 TEST_F(MainWindowOnScreen, TheBrowserTakesTheRoomThatTheRecordPanelAndTheWindowGiveIt)
 {
+    EXPECT_EQ(PlaceOnScreen(MainWindow()), "201,154") << "the middle of the screen, with the fixed frame";
     EXPECT_EQ(PlaceText("wbMyBrowser"), "wbMyBrowser 8,80 851x557");
     Press("cmdHideRecord");
     FocusBecomes("txtUrl");
