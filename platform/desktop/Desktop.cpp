@@ -28,6 +28,9 @@ void LoadStyle()
                                                 GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
 }
 
+/// What waited for a handler that was held comes now, and may ask as well: so often nothing must come.
+constexpr int kQuietRounds = 3;
+
 /// The screen's size in pixels.
 Gdk::Rectangle Screen()
 {
@@ -61,7 +64,10 @@ int Desktop::Run()
 
 Answer Desktop::MsgBox(const std::string& text, Buttons buttons, Icon icon, const std::string& title)
 {
-    if (hasEnded_) return SafeAnswer(buttons);
+    if (hasEnded_ || afterClosing_) {
+        quietRounds_ = 0;
+        return SafeAnswer(buttons);
+    }
     const Answer answer = AskInBox(text, buttons, icon, title);
     GiveFocusBack();
     return answer;
@@ -78,6 +84,7 @@ Answer Desktop::AskInBox(const std::string& text, Buttons buttons, Icon icon, co
     };
     if (Gtk::Window* parent = Foremost()) box.set_transient_for(*parent);
     box.set_modal(true);
+    input_.Protect(box);
     box.present();
     Hold({box, nullptr, loop});
     return answer;
@@ -95,6 +102,10 @@ void Desktop::Tell(const std::string& text)
 void Desktop::ShowModal(velmora::Window& dialog)
 {
     if (hasEnded_) return;
+    if (afterClosing_) {
+        dialog.CloseRequested.Raise();
+        return;
+    }
     for (const OpenWindow& window : open_) {
         if (window.dialog != &dialog) continue;
         window.surface.present();
@@ -112,6 +123,7 @@ void Desktop::ShowUntilHidden(velmora::Window& dialog)
         if (!dialog.Visible()) loop.Finish();
     });
     dialog.Visible = true;
+    input_.Observe(view.Surface());
     view.Show(Foremost());
     Hold({view.Surface(), &dialog, loop});
     dialog.Visible = false;
@@ -140,7 +152,11 @@ void Desktop::SetMainWindow(Gtk::Window* window, std::function<void(const std::s
 {
     mainWindow_ = window;
     showLine_ = std::move(showLine);
-    if (!window) CloseAll();
+    if (!window) {
+        closing_.disconnect();
+        afterClosing_ = nullptr;
+        CloseAll();
+    }
     const auto waiting = std::exchange(untold_, {});
     for (const std::string& text : waiting) {
         if (showLine_) showLine_(text);
@@ -166,6 +182,43 @@ void Desktop::GiveFocusBack()
     // the keyboard to.
     Gtk::Window* const next = hasEnded_ ? nullptr : Foremost();
     if (next && !next->is_active()) next->present();
+}
+
+void Desktop::PresentForemost()
+{
+    if (Gtk::Window* const window = Foremost()) window->present();
+}
+
+void Desktop::CloseAllThen(std::function<void()> then)
+{
+    const bool isClosing = static_cast<bool>(afterClosing_);
+    afterClosing_ = std::move(then);
+    if (isClosing) return;
+    quietRounds_ = open_.empty() ? kQuietRounds : 0;
+    CloseNext();
+}
+
+void Desktop::CloseNext()
+{
+    // One at a time, the foremost first: it holds a handler inside those of the others, which goes on
+    // when its box is gone. With nothing open, a handler may still be letting events in.
+    const bool isQuiet = open_.empty() && g_main_depth() <= 1;
+    if (isQuiet && ++quietRounds_ > kQuietRounds) {
+        const auto then = std::exchange(afterClosing_, nullptr);
+        then();
+        return;
+    }
+    if (!open_.empty()) {
+        const OpenWindow foremost = open_.back();
+        if (foremost.dialog) foremost.dialog->CloseRequested.Raise();
+        foremost.loop.Finish();
+    }
+    constexpr unsigned kPause = 5;
+    const auto next = [this] {
+        CloseNext();
+        return false;
+    };
+    closing_ = Glib::signal_timeout().connect(next, kPause);
 }
 
 void Desktop::CloseAll()

@@ -8,6 +8,7 @@
 #include <gtkmm/window.h>
 
 #include "platform/Dialogs.h"
+#include "platform/desktop/InputWatch.h"
 #include "platform/desktop/NestedLoop.h"
 
 namespace velmora {
@@ -36,7 +37,14 @@ public:
     /// The window that boxes and dialogs belong to, and what shows a line in it. Null when it goes: what
     /// is open then is closed, boxes with their safe answer.
     void SetMainWindow(Gtk::Window* window, std::function<void(const std::string&)> showLine = {});
+    /// Ends what is open, boxes with their safe answer and dialogs as by their close box, and calls
+    /// `then` once all handlers that waited for it have returned. What they ask until then gets the safe
+    /// answer at once, too.
+    void CloseAllThen(std::function<void()> then);
     bool IsDialogOpen() const { return !open_.empty(); }
+    /// Brings what is open to the front.
+    void PresentForemost();
+    InputWatch& Input() { return input_; }
 
 private:
     struct OpenWindow {
@@ -53,12 +61,18 @@ private:
     /// Brings the window forward that was behind the one that has just closed.
     void GiveFocusBack();
     void CloseAll();
+    /// Closes the foremost of what is open, or ends the closing.
+    void CloseNext();
 
+    InputWatch input_;
     Glib::RefPtr<Glib::MainLoop> loop_;
     Gtk::Window* mainWindow_ = nullptr;
     std::function<void(const std::string&)> showLine_;
     std::vector<std::string> untold_;  ///< Lines that wait for a main window.
     std::vector<OpenWindow> open_;
+    std::function<void()> afterClosing_;  ///< Set while everything is being closed.
+    int quietRounds_ = 0;                 ///< Looks in a row, meanwhile, that found nothing open or asked.
+    sigc::connection closing_;
     bool hasEnded_ = false;
 };
 

@@ -36,12 +36,16 @@ MainWindowView::MainWindowView(velmora::Window& window, Desktop& desktop,
 
     caption_ = window.Caption.Changed.Connect([this] { surface_.set_title(OneLine(window_.Caption())); });
     const auto close = [this] {
-        // A box or a dialog that is open holds a handler of the window; it has to be answered first.
-        if (!desktop_.IsDialogOpen()) window_.CloseRequested.Raise();
+        OnCloseBox();
         return true;
     };
     surface_.signal_close_request().connect(close, false);
-    menu_.Chosen = [this] { LeaveMenu(); };
+    menu_.Chosen = [this] {
+        desktop_.Input().NoteChoice();
+        LeaveMenu();
+    };
+    desktop_.Input().Observe(surface_);
+    WatchCloseBox();
     surface_.property_focus_widget().signal_changed().connect([this] { NoteFocus(); });
     surface_.signal_realize().connect([this] { WatchMinimised(); });
     desktop_.SetMainWindow(&surface_, [this](const std::string& text) { notices_.Add(text); });
@@ -50,6 +54,8 @@ MainWindowView::MainWindowView(velmora::Window& window, Desktop& desktop,
 MainWindowView::~MainWindowView()
 {
     leaveMenu_.disconnect();
+    closeLater_.disconnect();
+    g_signal_remove_emission_hook(g_signal_lookup("event", GDK_TYPE_SURFACE), closeHook_);
     desktop_.SetMainWindow(nullptr);
 }
 
@@ -57,6 +63,37 @@ void MainWindowView::Show()
 {
     window_.Visible = true;
     surface_.present();
+}
+
+void MainWindowView::OnCloseBox()
+{
+    if (isLeaving_) {
+        desktop_.PresentForemost();  // its question is there already
+        return;
+    }
+    desktop_.CloseAllThen([this] {
+        isLeaving_ = true;
+        window_.CloseRequested.Raise();
+        isLeaving_ = false;
+    });
+}
+
+void MainWindowView::WatchCloseBox()
+{
+    const auto look = [](GSignalInvocationHint*, guint, const GValue* values, gpointer data) -> gboolean {
+        auto& view = *static_cast<MainWindowView*>(data);
+        auto* surface = static_cast<GdkSurface*>(g_value_get_object(values));
+        auto* event = static_cast<GdkEvent*>(g_value_peek_pointer(values + 1));
+        if (gdk_event_get_event_type(event) != GDK_DELETE || !view.desktop_.IsDialogOpen()) return TRUE;
+        if (surface != gtk_native_get_surface(GTK_NATIVE(view.surface_.gobj()))) return TRUE;
+        const auto close = [&view] {
+            view.OnCloseBox();
+            return false;
+        };
+        view.closeLater_ = Glib::signal_idle().connect(close);
+        return TRUE;
+    };
+    closeHook_ = g_signal_add_emission_hook(g_signal_lookup("event", GDK_TYPE_SURFACE), 0, look, this, nullptr);
 }
 
 void MainWindowView::OnResized(int width, int height)

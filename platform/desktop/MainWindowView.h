@@ -30,6 +30,11 @@ public:
     Gtk::Window& Surface() { return surface_; }
 
 private:
+    /// The user wants the program closed, whatever is open.
+    void OnCloseBox();
+    /// The toolkit keeps the close box from a window that a box or a dialog stands in front of: it is
+    /// looked for among all events.
+    void WatchCloseBox();
     void OnResized(int width, int height);
     void WatchMinimised();
     /// Remembers which control has the focus, as long as one has it.
@@ -46,10 +51,12 @@ private:
     WindowPlace place_;
     Subscription caption_;
     Gtk::Widget* lastFocus_ = nullptr;  ///< What takes that control's focus; null before the first.
-    sigc::connection leaveMenu_;
+    sigc::connection leaveMenu_, closeLater_;
     int width_ = 0;  ///< Inner size in pixels, also while minimised.
     int height_ = 0;
     bool isMinimised_ = false;
+    bool isLeaving_ = false;  ///< CloseRequested is being handled.
+    gulong closeHook_ = 0;
 };
 
 }  // namespace velmora

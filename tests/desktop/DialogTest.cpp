@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtkmm/button.h>
 #include <gtkmm/entry.h>
+#include <gtkmm/eventcontrollerkey.h>
 #include <gtkmm/picture.h>
 
 #include <fstream>
@@ -49,6 +50,18 @@ protected:
         sigc::connection(rescue).disconnect();
         sigc::connection(watch).disconnect();
     }
+    /// Presses a key in a box and waits until the box has got it.
+    static void PressAndSee(Gtk::Window& box, const std::string& key)
+    {
+        bool isSeen = false;
+        auto keys = Gtk::EventControllerKey::create();
+        keys->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
+        keys->signal_key_released().connect([&](guint, guint, Gdk::ModifierType) { isSeen = true; });
+        box.add_controller(keys);
+        PressKeys(box, key);
+        RunUntil([&] { return isSeen; }, key + " in the box");
+        box.remove_controller(keys);
+    }
     static Gtk::Entry& Entry(Gtk::Window& dialog, const std::string& name)
     {
         return dynamic_cast<Gtk::Entry&>(FindIn(dialog, name));
@@ -86,9 +99,14 @@ TEST_F(DialogOnScreen, TheEditorComesWithTheNewRecordAndChangesIt)
     Show("/form.html",
          "<form action='sent' method='post'><input name='a' value='one'><input name='b' value='two'>"
          "<input type='submit'></form>");
-    Expect({.text = kRecordQuestion, .button = "Yes"});
+    // The clock stands still, so that the user is typing when the question comes: no key answers it yet.
+    auto now = std::chrono::steady_clock::now();
+    TheDesktop().Input().Now = [&now] { return now; };
+    Script("document.querySelector('input').focus()");
+    const auto escape = [] { PressAndSee(*OpenWindow("Velmora"), "Escape"); };
+    Expect({.text = kRecordQuestion, .button = "Yes", .before = escape});
     InDialog(
-        kTemporary, [this] { Click("[type=submit]"); },
+        kTemporary, [this] { Key("Return"); },
         [this](Gtk::Window& dialog) {
             EXPECT_THAT(server_.RequestsTo("/sent"), testing::IsEmpty()) << "the submission waits";
             EXPECT_EQ(dialog.get_focus()->get_parent(), &FindIn(dialog, "txtSession"));
@@ -102,6 +120,17 @@ TEST_F(DialogOnScreen, TheEditorComesWithTheNewRecordAndChangesIt)
             PressKeys(dialog, "Return");
         });
     WaitForDocument(server_.Url("/sent"));
+    Go(server_.Url("/form.html"));
+    Script("document.querySelector('input').focus()");
+    Expect({.text = kRecordQuestion, .button = "Yes", .before = [&] {
+                now += std::chrono::milliseconds(500);
+                escape();
+            }});
+    Key("Return");
+    RunUntil([this] { return AllAnswered() && server_.RequestsTo("/sent").size() == 2; }, "the answer No");
+    TheDesktop().Input().Now = std::chrono::steady_clock::now;
+    Form().ListView1.Remove(Form().ListView1.Item(2));
+    Form().ListView1.Select(&Form().ListView1.Item(1));
     EXPECT_EQ(Form().ListView1.Item(1).SubItem("Postdata"), "a=one&b=c%20%26");
 
     Edit(kTemporary, [](Gtk::Window& dialog) {

@@ -75,6 +75,21 @@ void PressKeys(Gtk::Window& window, const std::string& keys)
     Robot("key --delay 20 " + keys);
 }
 
+void PressCloseBox(Gtk::Window& window)
+{
+    Display* display = gdk_x11_display_get_xdisplay(gtk_widget_get_display(GTK_WIDGET(window.gobj())));
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = std::stoul(XidOf(window.gobj()));
+    event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
+    XSendEvent(display, event.xclient.window, False, NoEventMask, &event);
+    XSync(display, False);
+    while (g_main_context_iteration(nullptr, FALSE)) {
+    }
+}
+
 void ClickAt(GtkWidget* widget, double x, double y)
 {
     GtkWidget* window = GTK_WIDGET(gtk_widget_get_root(widget));

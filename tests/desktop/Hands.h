@@ -36,6 +36,8 @@ void FocusOn(Gtk::Window& window);
 std::string PlaceOnScreen(Gtk::Window& window);
 /// Presses keys one after the other, as "Tab Tab Return", in a window.
 void PressKeys(Gtk::Window& window, const std::string& keys);
+/// Asks a window to close as a window manager does, and lets it handle that.
+void PressCloseBox(Gtk::Window& window);
 /// Clicks at a place in a widget, or in its middle.
 void ClickAt(GtkWidget* widget, double x, double y);
 void ClickOn(Gtk::Widget& widget);

@@ -292,17 +292,34 @@ TEST_F(MainWindowOnScreen, TheKeyboardReachesAndPressesEverything)
     FocusBecomes("txtUrl");
 }
 
-TEST_F(MainWindowOnScreen, TheCloseBoxIsExitAndWaitsForAnOpenQuestion)
+TEST_F(MainWindowOnScreen, TheCloseBoxIsExitWhateverIsOpen)
 {
     frmBrowser::AddRecordItem(Form().ListView1, Record("not kept", "u"));
     const std::string question = "You have temporary record not saved as permanent yet, do you really want to exit?";
-    Expect({.text = question, .button = "No", .before = [this] { MainWindow().close(); }});
+    Expect({.text = "Yes?", .button = "Yes", .before = [this] { PressCloseBox(MainWindow()); }});
+    Expect({.text = question, .button = "No"});
+    EXPECT_EQ(TheDesktop().MsgBox("Yes?", Buttons::YesNo, Icon::None, {}), Answer::No) << "the safe answer";
+    RunUntil([this] { return AllAnswered(); }, "the exit after the question");
+
+    Expect({.text = question, .button = "No"});
+    const sigc::connection watch = Glib::signal_timeout().connect(
+        [this] {
+            const bool isThere = OpenWindow("Default Home Page Setup");
+            if (isThere) PressCloseBox(MainWindow());
+            return !isThere;
+        },
+        10);
+    Form().mnuHome.Click.Raise();
+    EXPECT_EQ(Asked().size(), 2U) << "the dialog's handler comes to its end first";
+    RunUntil([this] { return AllAnswered(); }, "the exit after the dialog");
+
+    Expect({.text = question, .button = "No", .before = [this] { PressCloseBox(MainWindow()); }});
     MainWindow().close();
     EXPECT_FALSE(dialogs_.hasEnded);
     Expect({.text = question, .button = "Yes"});
     MainWindow().close();
     EXPECT_TRUE(dialogs_.hasEnded);
-    EXPECT_EQ(Asked().size(), 2U) << "one question at a time";
+    EXPECT_EQ(Asked().size(), 5U) << "one question at a time";
 }
 
 TEST_F(MainWindowOnScreen, TheTickerTicks)
