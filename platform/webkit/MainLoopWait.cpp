@@ -2,11 +2,21 @@
 
 #include <glib-unix.h>
 
+#include <algorithm>
+
 namespace velmora {
+
+namespace {
+
+// A page's answer takes less as a rule. For so long the main loop stands still: it would draw the page
+// after each field of a form.
+constexpr std::chrono::milliseconds kUsual{3};
+
+}  // namespace
 
 bool WaitOnMainLoop(int descriptor, short events, Clock::time_point deadline)
 {
-    if (Watch(descriptor, events, deadline)) return true;
+    if (WaitFor(descriptor, events, std::min(deadline, Clock::now() + kUsual))) return true;
     bool isReady = false;
     const auto ready = +[](gint, GIOCondition, gpointer flag) -> gboolean {
         *static_cast<bool*>(flag) = true;
