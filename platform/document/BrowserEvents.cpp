@@ -15,6 +15,10 @@ constexpr std::size_t kMostWaitingBytes = std::size_t{32} << 20;
 constexpr std::size_t kMostSenders = 256;
 constexpr int kMostRefusals = 3;
 
+// A document rests two seconds after its load at the latest, and nothing is loading when this counts.
+constexpr std::chrono::seconds kLongestUnfinished{3};
+constexpr std::chrono::milliseconds kMoment{100};
+
 // The clocks of two processes, and of a page that is told the time in steps, differ by as much.
 constexpr std::uint64_t kClockError = 5;
 
@@ -48,10 +52,11 @@ void BrowserEvents::Announce(Navigation navigation, Decide decide)
     if (!Add({Kind::Navigation, held->from.document, bytes, handle})) decide(false);
 }
 
-void BrowserEvents::OnBegun(const PagePlace& place, const std::string& url)
+void BrowserEvents::OnBegun(const PagePlace& place, const std::string& url, bool isTop)
 {
+    if (isTop) unfinished_.clear();
     // The empty document with which a frame begins finishes only if nothing else is loaded into it.
-    if (url != "about:blank") unfinished_[{place.channel.get(), place.document.frame}] = place.document.number;
+    if (url != "about:blank") unfinished_[{place.channel.get(), place.document.frame}] = Clock::now();
 }
 
 void BrowserEvents::OnFinished(const PagePlace& place, const std::string& url, bool isTop)
@@ -60,7 +65,10 @@ void BrowserEvents::OnFinished(const PagePlace& place, const std::string& url, b
     const auto address = reported_(url, isTop);
     if (!address) return;
     ForgetFinished(place.document);
-    Add({Kind::Finished, place.document, address->size(), [this, place, url = *address] {
+    const auto begun = Clock::now();
+    Add({Kind::Finished, place.document, address->size(), [this, place, begun, url = *address] {
+             // One that has waited for an answer of the user may have been taken out of its page meanwhile.
+             if (Clock::now() - begun > kMoment && IsGone(place)) return;
              isAwaited_ = false;
              if (Sender* const known = Find(place.document)) {
                  known->url = url;
@@ -74,13 +82,6 @@ void BrowserEvents::OnFinished(const PagePlace& place, const std::string& url, b
          }});
 }
 
-void BrowserEvents::OnGone(const PagePlace& place)
-{
-    const auto unfinished = unfinished_.find({place.channel.get(), place.document.frame});
-    if (unfinished != unfinished_.end() && unfinished->second == place.document.number) unfinished_.erase(unfinished);
-    ForgetFinished(place.document);
-}
-
 bool BrowserEvents::TakesSubmissions() const { return !Waits(Kind::Submission); }
 
 void BrowserEvents::OnSubmitted(PageSubmission submission)
@@ -92,13 +93,17 @@ void BrowserEvents::OnSubmitted(PageSubmission submission)
     Add({Kind::Submission, place.document, held->action.body.size(), [this, held] { HandleSubmission(*held); }});
 }
 
-void BrowserEvents::Rest()
+bool BrowserEvents::Rest()
 {
-    if (!isAwaited_ || !unfinished_.empty() || !items_.empty()) return;
+    // A frame may be taken out of its page before its document finishes, and nobody tells.
+    std::erase_if(unfinished_, [](const auto& each) { return Clock::now() - each.second > kLongestUnfinished; });
+    if (!unfinished_.empty()) return false;
+    if (!isAwaited_ || !items_.empty()) return true;
     Add({Kind::Ended, {}, 0, [this] {
              isAwaited_ = false;
              control_.NavigationEnded.Raise();
          }});
+    return true;
 }
 
 bool BrowserEvents::AllowsWindow()
@@ -134,6 +139,17 @@ bool BrowserEvents::Add(Item item)
 bool BrowserEvents::Waits(Kind kind) const
 {
     return std::any_of(items_.begin(), items_.end(), [kind](const Item& item) { return item.kind == kind; });
+}
+
+bool BrowserEvents::IsGone(const PagePlace& place)
+{
+    try {
+        const PageTurn turn(place);
+        OpenDocument(place);
+        return false;
+    } catch (const DocumentError&) {
+        return true;
+    }
 }
 
 void BrowserEvents::ForgetFinished(const wire::DocumentName& document)

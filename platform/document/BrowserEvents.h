@@ -41,17 +41,16 @@ public:
     /// Announces a navigation; when its handler has run, `decide` is called.
     void Announce(Navigation navigation, Decide decide);
     /// Nothing is loading any more. If a navigation was announced and no document has come of it, the
-    /// program is told so.
-    void Rest();
+    /// program is told so; false if a document that has begun may still finish.
+    bool Rest();
     /// A page asks for a window: the program decides. What cannot be asked now is refused, and so are
     /// further windows after several refusals between which the user has done nothing.
     bool AllowsWindow();
     /// The user has pressed a key or a button, or goes to another page.
     void NoteUserAct();
 
-    void OnBegun(const PagePlace& place, const std::string& url) override;
+    void OnBegun(const PagePlace& place, const std::string& url, bool isTop) override;
     void OnFinished(const PagePlace& place, const std::string& url, bool isTop) override;
-    void OnGone(const PagePlace& place) override;
     bool TakesSubmissions() const override;
     void OnSubmitted(PageSubmission submission) override;
 
@@ -73,6 +72,8 @@ private:
     /// Announces what the user sends with a document from which something was sent before, which stayed.
     void Resume(const PageAction& action, const std::string& url);
     bool Waits(Kind kind) const;
+    /// Whether a document is gone. What a page says of its end comes too late where it can be told.
+    static bool IsGone(const PagePlace& place);
     /// Takes a document's completion out of those that wait.
     void ForgetFinished(const wire::DocumentName& document);
 
@@ -84,8 +85,8 @@ private:
     bool isAwaited_ = false;  ///< A navigation was announced, and no document has finished since.
     int refusals_ = 0;        ///< Of windows, since the user last did anything.
 
-    /// Documents that have begun and not finished, by page and frame.
-    std::map<std::pair<const PageChannel*, std::uint64_t>, std::uint64_t> unfinished_;
+    /// When the documents began that have not finished, by page and frame.
+    std::map<std::pair<const PageChannel*, std::uint64_t>, Clock::time_point> unfinished_;
     /// Addresses of the documents that finished last, and what the user had done in them when they sent.
     struct Sender {
         wire::DocumentName document;

@@ -34,9 +34,8 @@ struct PageSubmission {
 class PageListener {
 public:
     virtual ~PageListener() = default;
-    virtual void OnBegun(const PagePlace& place, const std::string& url) = 0;
+    virtual void OnBegun(const PagePlace& place, const std::string& url, bool isTop) = 0;
     virtual void OnFinished(const PagePlace& place, const std::string& url, bool isTop) = 0;
-    virtual void OnGone(const PagePlace& place) = 0;
     /// Whether a further submission would be taken; it need not be read otherwise.
     virtual bool TakesSubmissions() const = 0;
     virtual void OnSubmitted(PageSubmission submission) = 0;

@@ -18,7 +18,6 @@ namespace velmora::wire {
 inline constexpr char kHello[] = "velmora.hello";        ///< Asks for a channel; the reply carries one end of it.
 inline constexpr char kBegun[] = "velmora.begun";        ///< A new document: address, top.
 inline constexpr char kFinished[] = "velmora.finished";  ///< Address, top.
-inline constexpr char kGone[] = "velmora.gone";          ///< The document is left, or taken out of its page.
 /// Address, method, target, the body (empty if the method is not "post"), and how often the user has pressed
 /// a key or a button in the document.
 inline constexpr char kFormData[] = "velmora.formdata";

@@ -245,14 +245,14 @@
   // How often the user has pressed a key or a button in this document.
   let acts = 0;
   for (const type of ["keydown", "pointerdown"]) {
-    dom.listen(window, type, (event) => {
+    dom.keep(type, (event) => {
       if (event.isTrusted) acts += 1;
     }, true);
   }
 
   let lastSubmit = null;
 
-  dom.listen(window, "submit", (event) => {
+  dom.keep("submit", (event) => {
     lastSubmit = event;
     clock.after(0, () => {
       if (lastSubmit === event) lastSubmit = null;
@@ -282,7 +282,7 @@
   // The page's own listeners may change the entries, and one may stop the event. So the entries are
   // told as they are at first, and again if they differ after the listeners of any of these places:
   // the program takes the last.
-  dom.listen(window, "formdata", (event) => {
+  dom.keep("formdata", (event) => {
     tellFormData(event);
     for (const place of [event.target, document, window]) {
       dom.unlisten(place, "formdata", tellFormData); // to come after those that were added since
@@ -292,7 +292,7 @@
 
   const withoutFragment = (address) => address.split("#", 1)[0];
 
-  dom.listen(window, "click", (event) => {
+  dom.keep("click", (event) => {
     const link = event.composedPath()
       .find((node) => node instanceof HTMLAnchorElement || node instanceof HTMLAreaElement);
     if (link === undefined || !link.hasAttribute("href")) return;
@@ -334,10 +334,9 @@
 
   // The event after all listeners of "load" have run; it comes for a page from the history's store too,
   // which does not load again.
-  dom.listen(window, "pageshow", settling.loaded);
-  dom.listen(window, "pagehide", () => tell("gone", []));
-  dom.listen(window, "hashchange", moved);
-  dom.listen(window, "popstate", moved);
+  dom.keep("pageshow", settling.loaded);
+  dom.keep("hashchange", moved);
+  dom.keep("popstate", moved);
 
   tell("begun", [dom.address(), isTop]);
 

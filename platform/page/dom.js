@@ -13,7 +13,20 @@
   const { addEventListener, removeEventListener, dispatchEvent } = EventTarget.prototype;
   const { getElementsByTagName } = Document.prototype;
 
+  // A page that opens its document anew (document.open) takes all listeners off it and its window. Those
+  // of the agent come back with the new content; one that is there is not added twice.
+  const kept = [];
+  new MutationObserver(() => kept.forEach((given) => addEventListener.call(...given)))
+    .observe(document, { childList: true });
+
+  /** A listener for the life of the window. */
+  function keep(...given) {
+    kept.push([window, ...given]);
+    addEventListener.call(window, ...given);
+  }
+
   return {
+    keep,
     read,
     forms: () => Array.from(read(Document, "forms", document)),
     scripts: () => read(Document, "scripts", document),
@@ -28,8 +41,7 @@
     matches: (element, selector) => matches.call(element, selector),
     closest: (element, selector) => closest.call(element, selector),
     find: (element, selector) => querySelector.call(element, selector),
-    listen: (target, type, listener, isCapturing = false) =>
-      addEventListener.call(target, type, listener, isCapturing),
+    listen: (target, type, listener) => addEventListener.call(target, type, listener),
     unlisten: (target, type, listener) => removeEventListener.call(target, type, listener),
     dispatch: (element, event) => dispatchEvent.call(element, event),
   };

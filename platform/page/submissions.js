@@ -92,12 +92,12 @@
 
   /** Whether a request carries what the form holds, rather than a picture, a script or a note for statistics. */
   function isData(method, address, mode) {
-    if (mode === "no-cors" || mode === "navigate") return false;
+    if (mode === "no-cors") return false;
     if (method !== "GET") return true;
     return pending.values.some((value) => address.includes(value));
   }
 
-  dom.listen(window, "submit", (event) => {
+  dom.keep("submit", (event) => {
     if (!event.isTrusted) return; // made by a script, to call the handlers of others
     forget();
     const { target: form, submitter } = event;
@@ -109,14 +109,13 @@
     watch(true);
   }, true);
 
-  dom.listen(window, "pagehide", moved, true);
-
   return {
     moved,
     /** The page makes a request: its method, address and mode (Fetch, "request mode"). */
     requested: (method, address, mode) => {
       if (pending === null) return;
       if (!pending.event.defaultPrevented) forget();
+      else if (mode === "navigate") moved();
       else if (isData(method, address, mode)) count();
     },
   };

@@ -94,15 +94,14 @@ void PageAgents::Dispatch(const std::string& name, wire::Reader& reader, const P
 {
     if (name == wire::kBegun) {
         const std::string url = reader.Text();
-        if (reader.Flag()) top_ = place;
-        listener_.OnBegun(place, url);
+        const bool isTop = reader.Flag();
+        if (isTop) top_ = place;
+        listener_.OnBegun(place, url, isTop);
     } else if (name == wire::kFinished) {
         const std::string url = reader.Text();
         const bool isTop = reader.Flag();
         if (isTop) top_ = place;
         listener_.OnFinished(place, url, isTop);
-    } else if (name == wire::kGone) {
-        listener_.OnGone(place);
     } else if (name == wire::kFormData) {
         Remember(ReadFormAction(reader, place));
     } else if (name == wire::kLink) {

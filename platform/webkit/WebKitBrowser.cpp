@@ -17,6 +17,11 @@ namespace velmora {
 namespace {
 
 constexpr std::size_t kMostAnnounced = 64;
+constexpr std::size_t kLongestAnnounced = std::size_t{64} << 10;
+
+// Of a navigation that was let go nothing may come at all, a load that begins comes within this time as a
+// rule. In milliseconds.
+constexpr unsigned kLongMoment = 2000;
 
 std::string TextOf(const char* text) { return text ? text : ""; }
 
@@ -114,7 +119,10 @@ void WebKitBrowser::ConnectSignals()
             return self->events_.AllowsWindow() ? self->popups_->Open(view) : nullptr;
         }),
         this);
-    g_signal_connect_swapped(view_, "notify::is-loading", G_CALLBACK(+[](WebKitBrowser* self) { self->NoteRest(); }),
+    g_signal_connect_swapped(view_, "notify::is-loading", G_CALLBACK(+[](WebKitBrowser* self) {
+                                 self->documentsLoading_ = 0;  // the page's own load waits for its frames
+                                 self->NoteRest();
+                             }),
                              this);
     g_signal_connect(view_, "resource-load-started",
                      G_CALLBACK(+[](WebKitWebView*, WebKitWebResource* resource, WebKitURIRequest*,
@@ -201,7 +209,7 @@ void WebKitBrowser::AnnounceNavigation(WebKitNavigationPolicyDecision* decision)
     if (type == WEBKIT_NAVIGATION_TYPE_FORM_SUBMITTED) cause = agents_.TakeAction(true, url, method);
     if (type == WEBKIT_NAVIGATION_TYPE_LINK_CLICKED) cause = agents_.TakeAction(false, url, method);
     const bool stays = cause && cause->staysHere;
-    announced_.push_back(url);
+    if (url.size() <= kLongestAnnounced) announced_.push_back(url);
     if (announced_.size() > kMostAnnounced) announced_.pop_front();
     const std::shared_ptr<WebKitPolicyDecision> held(WEBKIT_POLICY_DECISION(g_object_ref(decision)), g_object_unref);
     events_.Announce({url, HeadersOf(request), std::move(cause), agents_.Top()}, [this, held, stays](bool goesOn) {
@@ -210,7 +218,7 @@ void WebKitBrowser::AnnounceNavigation(WebKitNavigationPolicyDecision* decision)
         } else {
             webkit_policy_decision_ignore(held.get());
         }
-        if (stays) NoteRest();
+        NoteRest(stays ? kMoment : kLongMoment);
     });
 }
 
@@ -234,18 +242,16 @@ void WebKitBrowser::EndDocument()
     NoteRest();
 }
 
-void WebKitBrowser::NoteRest()
+void WebKitBrowser::NoteRest(unsigned milliseconds)
 {
-    // Between two loads, as between an old page's end and the beginning of the new one, there may be a
-    // moment in which nothing is loading.
-    constexpr guint kMoment = 250;
     if (rest_ != 0) g_source_remove(rest_);
     rest_ = g_timeout_add(
-        kMoment,
+        milliseconds,
         [](gpointer data) -> gboolean {
             auto* self = static_cast<WebKitBrowser*>(data);
             self->rest_ = 0;
-            if (self->documentsLoading_ == 0 && !webkit_web_view_is_loading(self->view_)) self->events_.Rest();
+            const bool isLoading = self->documentsLoading_ > 0 || webkit_web_view_is_loading(self->view_);
+            if (!isLoading && !self->events_.Rest()) self->NoteRest();
             return G_SOURCE_REMOVE;
         },
         this);

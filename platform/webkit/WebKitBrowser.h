@@ -43,6 +43,10 @@ public:
     std::shared_ptr<Document> CurrentDocument() override;
 
 private:
+    /// Between two loads, as between an old page's end and the beginning of the new one, there may be a
+    /// moment in which nothing is loading. In milliseconds.
+    static constexpr unsigned kMoment = 250;
+
     void MakeView(const Options& options);
     void ConnectSignals();
     void ConnectUserActs();
@@ -54,7 +58,7 @@ private:
     void WatchDocument(WebKitWebResource* resource);
     void EndDocument();
     /// Something that was loading is not any more. Once nothing is, the events are told.
-    void NoteRest();
+    void NoteRest(unsigned milliseconds = kMoment);
     void ReportBack();
 
     WebBrowser& control_;

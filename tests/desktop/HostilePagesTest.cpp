@@ -167,10 +167,12 @@ TEST_F(HostilePages, ANavigationWithoutADocumentPlaysNothingAndClearsTheLine)
     Keep(url);
     Press("cmdPrompt");
     SetOff(server_.Url("/nothing"));
+    RunUntil([&] { return Form().Timer1.Enabled(); }, "the navigation");
     LineIsClear("the end of an answer without a page");
     EXPECT_EQ(Script("document.querySelector('input').value"), "") << "the page that stands is not played";
     for (int i = 0; i < 2; ++i) {
         Click("#here");
+        RunUntil([&] { return Form().Timer1.Enabled(); }, "the click");
         LineIsClear("the end of a move within the page");
     }
     // A frame that fails, or goes while it loads, after its page has finished.
@@ -197,6 +199,17 @@ TEST_F(HostilePages, AFormThatThePageRefusesIsNoSubmission)
     Click("button");
     RunUntil([&] { return Script("document.title") == "11" && server_.RequestsTo("/ping").size() == 2; }, "another");
     EXPECT_EQ(Form().ListView1.Count(), 0);
+    // One that moves on has sent it; a document that is opened anew is watched as well.
+    server_.Page("/done.html", "done");
+    Show(
+        "<script>onload = () => { document.open(); document.write(`<form action='to.cgi' "
+        "onsubmit='event.preventDefault();"
+        "location.href = \"/done.html\"'><input name='a' value='1'><button>Go</button></form>`); document.close(); "
+        "}</script>");
+    Expect({.text = kRecordQuestion, .button = "No"});
+    Click("button");
+    RunUntil([&] { return AllAnswered() && Completed().back() == server_.Url("/done.html"); }, "the next page");
+    EXPECT_EQ(Form().ListView1.Item(1).SubItem("Postdata"), "a=1");
 }
 
 TEST_F(HostilePages, AHandlerThatAsksTheEngineDoesNotStopAFill)
