@@ -143,7 +143,12 @@ protected:
 
 TEST_F(MainWindowOnScreen, TheBrowserTakesTheRoomThatTheRecordPanelAndTheWindowGiveIt)
 {
-    EXPECT_EQ(PlaceOnScreen(MainWindow()), "201,154") << "the middle of the screen, with the fixed frame";
+    const auto middle = [](Twips screen, int outer) {
+        return std::to_string((static_cast<int>(screen / 15) - outer) / 2);
+    };
+    EXPECT_EQ(PlaceOnScreen(MainWindow()),
+              middle(TheDesktop().ScreenWidth(), 878) + "," + middle(TheDesktop().ScreenHeight(), 716))
+        << "the middle of the screen, with the fixed frame";
     EXPECT_EQ(PlaceText("wbMyBrowser"), "wbMyBrowser 8,80 851x557");
     Press("cmdHideRecord");
     FocusBecomes("txtUrl");
