@@ -21,6 +21,9 @@ constexpr std::chrono::seconds kLongestTurn{10};
 // program busy for ever.
 constexpr std::chrono::seconds kLongestSinceAct{20};
 
+// A read of the largest forms takes less.
+constexpr std::chrono::milliseconds kUsualRead{100};
+
 // An answer is taken in pieces of this size, so that a length that lies costs no memory.
 constexpr std::size_t kPiece = std::size_t{1} << 20;
 
@@ -91,6 +94,9 @@ std::string PageChannel::Request(const wire::DocumentName& document, wire::Opera
     if (body.size() > wire::kLongestRequest) throw DocumentError("the request is too long");
     const auto deadline = Deadline();
     Send(document, operation, body, deadline);
+    // In a read no script of the page runs, which could ask the engine something: the main loop need not run
+    // so soon, and would draw the page meanwhile.
+    if (operation == wire::kRead) WaitFor(descriptor_, POLLIN, std::min(deadline, Clock::now() + kUsualRead));
     return Receive(document, deadline);
 }
 
