@@ -35,4 +35,8 @@ std::string LoadableAddress(const std::string& typed)
     return "http://" + address;
 }
 
+std::string WithoutFragment(const std::string& url) { return url.substr(0, url.find('#')); }
+
+std::string WithoutQuery(const std::string& url) { return url.substr(0, url.find_first_of("?#")); }
+
 }  // namespace velmora

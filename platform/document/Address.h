@@ -1,4 +1,4 @@
-// What a user types as an address.
+// Addresses: what a user types as one, and their parts.
 #pragma once
 
 #include <string>
@@ -9,5 +9,9 @@ namespace velmora {
 /// for an empty one, a file address for a path from the root, a web address for one without a scheme
 /// ("example.org", "localhost:8080/x"), any other as it is.
 std::string LoadableAddress(const std::string& typed);
+
+std::string WithoutFragment(const std::string& url);
+/// Without the fragment behind the query as well.
+std::string WithoutQuery(const std::string& url);
 
 }  // namespace velmora

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <numeric>
 
+#include "platform/document/Address.h"
 #include "platform/document/PageDocument.h"
 
 namespace velmora {
@@ -26,11 +27,6 @@ std::uint64_t Now()
 {
     const auto time = std::chrono::system_clock::now().time_since_epoch();
     return static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
-}
-
-std::string WithQuery(const PageAction& action)
-{
-    return action.url.substr(0, action.url.find_first_of("?#")) + "?" + action.body;
 }
 
 }  // namespace
@@ -193,7 +189,7 @@ void BrowserEvents::HandleSubmission(const PageSubmission& submission)
     if (action.method == "post") {
         event.PostData = action.body;
     } else {
-        event.URL = WithQuery(action);
+        event.URL = WithoutQuery(action.url) + "?" + action.body;
     }
     {
         const PageTurn turn(action.place);

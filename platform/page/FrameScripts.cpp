@@ -36,15 +36,14 @@ char* OnConvert(const char* text, const char* encoding, gpointer)
     return g_convert(bytes.data(), static_cast<gssize>(bytes.size()), "UTF-8", "ISO-8859-1", nullptr, nullptr, nullptr);
 }
 
-/// A number that nobody can guess, small enough for a script.
-std::uint64_t NewDocumentNumber()
+}  // namespace
+
+std::uint64_t NewNumber()
 {
     constexpr std::uint64_t kLargest = (std::uint64_t{1} << 53) - 1;
     std::random_device source;
     return ((std::uint64_t{source()} << 32) | source()) & kLargest;
 }
-
-}  // namespace
 
 /// An action of a script that waits for its time.
 struct FrameScripts::Alarm {
@@ -155,7 +154,7 @@ FrameScripts::Value FrameScripts::MakeParts(JSCContext* context, std::uint64_t f
 
 void FrameScripts::Begin(JSCContext* context, JSCContext* page, std::uint64_t frame)
 {
-    const std::uint64_t document = NewDocumentNumber();
+    const std::uint64_t document = NewNumber();
     const Value start = Evaluate(context, "agent.js");
     const Value parts = MakeParts(context, frame);
     const Value frameNumber(jsc_value_new_number(context, static_cast<double>(frame)));

@@ -16,6 +16,9 @@
 
 namespace velmora {
 
+/// A number that nobody can guess, small enough for a script.
+std::uint64_t NewNumber();
+
 class ScriptError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

@@ -6,7 +6,6 @@
 
 #include <functional>
 #include <memory>
-#include <random>
 #include <string>
 
 #include "platform/page/AgentChannel.h"
@@ -67,12 +66,6 @@ public:
     }
 
 private:
-    static std::uint64_t NewNumber()
-    {
-        std::random_device source;
-        return ((std::uint64_t{source()} << 32) | source()) >> 4;
-    }
-
     void Tell(const std::string& kind, const std::string& packed)
     {
         if (packed.size() > wire::kLongestEvent) return;

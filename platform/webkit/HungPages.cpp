@@ -34,12 +34,10 @@ void HungPages::Watch(WebKitWebView* view)
 void HungPages::Ask(WebKitWebView* view)
 {
     // The views of one process hang together; one question is enough.
-    if (isAsking_ || webkit_web_view_get_is_web_process_responsive(view)) return;
-    isAsking_ = true;
+    if (webkit_web_view_get_is_web_process_responsive(view)) return;
     const Answer answer =
         dialogs_.MsgBox("The page " + StandingAddress(view) + " does not answer. Do you want to stop it?",
                         Buttons::YesNo, Icon::Exclamation);
-    isAsking_ = false;
     // It may have come back while the question was open.
     if (answer == Answer::Yes && !webkit_web_view_get_is_web_process_responsive(view)) Stop(view);
 }

@@ -22,7 +22,6 @@ private:
 
     Dialogs& dialogs_;
     Turns& turns_;
-    bool isAsking_ = false;
     Callbacks callbacks_;
 };
 

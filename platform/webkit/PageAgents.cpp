@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <numeric>
 
+#include "platform/document/Address.h"
+
 namespace velmora {
 
 namespace {
@@ -19,9 +21,6 @@ constexpr std::size_t kMostAgents = 32;
 constexpr std::size_t kMostActions = 16;
 constexpr std::size_t kLongestBody = std::size_t{4} << 20;  // In bytes.
 constexpr std::size_t kMostBodies = std::size_t{16} << 20;
-
-std::string WithoutFragment(const std::string& url) { return url.substr(0, url.find('#')); }
-std::string WithoutQuery(const std::string& url) { return url.substr(0, url.find_first_of("?#")); }
 
 PageAction ReadFormAction(wire::Reader& reader, const PagePlace& place)
 {

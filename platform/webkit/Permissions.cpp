@@ -70,8 +70,6 @@ bool Permissions::Take(WebKitWebView* view, WebKitPermissionRequest* request)
 
 void Permissions::AskNext()
 {
-    if (isAsking_) return;
-    isAsking_ = true;
     while (!wishes_.empty()) {
         const Wish wish = std::move(wishes_.front());
         wishes_.pop_front();
@@ -81,7 +79,6 @@ void Permissions::AskNext()
             webkit_permission_request_deny(wish.request.get());
         }
     }
-    isAsking_ = false;
 }
 
 bool Permissions::IsGranted(const Wish& wish)

@@ -39,7 +39,6 @@ private:
     Turns& turns_;
     std::deque<Wish> wishes_;
     std::set<std::string> refused_;
-    bool isAsking_ = false;
     Callbacks callbacks_;
 };
 

@@ -25,8 +25,6 @@ constexpr unsigned kLongMoment = 2000;
 
 std::string TextOf(const char* text) { return text ? text : ""; }
 
-std::string WithoutFragment(const std::string& url) { return url.substr(0, url.find('#')); }
-
 /// The headers of a request, a line each.
 std::string HeadersOf(WebKitURIRequest* request)
 {
