@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <deque>
 
-#include "platform/Controls.h"
+#include "platform/controls/Controls.h"
 
 namespace velmora {
 

@@ -1,7 +1,7 @@
 // The dialog in which a bookmark gets its name.
 #pragma once
 
-#include "platform/Controls.h"
+#include "platform/controls/Controls.h"
 
 namespace velmora {
 

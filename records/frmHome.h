@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/Controls.h"
+#include "platform/controls/Controls.h"
 
 namespace velmora {
 

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "platform/Controls.h"
 #include "platform/Platform.h"
+#include "platform/controls/Controls.h"
 
 namespace velmora {
 

@@ -11,11 +11,11 @@
 #include <string>
 #include <vector>
 
-#include "platform/Browser.h"
-#include "platform/Controls.h"
 #include "platform/Dialogs.h"
-#include "platform/ListView.h"
 #include "platform/Platform.h"
+#include "platform/controls/Controls.h"
+#include "platform/controls/ListView.h"
+#include "platform/controls/WebBrowser.h"
 #include "records/RecordItem.h"
 
 namespace velmora {

@@ -1,7 +1,7 @@
 // The distance between buttons that stand side by side.
 #pragma once
 
-#include "platform/Controls.h"
+#include "platform/controls/Controls.h"
 
 namespace velmora {
 

@@ -4,7 +4,7 @@
 #include <gtkmm/button.h>
 #include <gtkmm/label.h>
 
-#include "platform/Controls.h"
+#include "platform/controls/Controls.h"
 
 namespace velmora {
 

@@ -3,7 +3,7 @@
 
 #include <gtkmm/checkbutton.h>
 
-#include "platform/Controls.h"
+#include "platform/controls/Controls.h"
 
 namespace velmora {
 

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "platform/Controls.h"
+#include "platform/controls/Controls.h"
 #include "platform/desktop/Clip.h"
 #include "platform/desktop/ViewContext.h"
 

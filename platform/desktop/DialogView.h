@@ -3,7 +3,7 @@
 
 #include <gtkmm/window.h>
 
-#include "platform/Controls.h"
+#include "platform/controls/Controls.h"
 #include "platform/desktop/ViewContext.h"
 #include "platform/desktop/WindowPlace.h"
 

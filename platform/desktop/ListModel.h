@@ -10,7 +10,7 @@
 #include <gtkmm/selectionmodel.h>
 #include <sigc++/connection.h>
 
-#include "platform/ListView.h"
+#include "platform/controls/ListView.h"
 
 namespace velmora {
 

@@ -5,7 +5,7 @@
 #include <gtkmm/listitem.h>
 #include <gtkmm/scrolledwindow.h>
 
-#include "platform/ListView.h"
+#include "platform/controls/ListView.h"
 #include "platform/desktop/HeaderKeys.h"
 
 namespace velmora {

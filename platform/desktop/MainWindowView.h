@@ -6,7 +6,7 @@
 
 #include <gtkmm/window.h>
 
-#include "platform/Browser.h"
+#include "platform/controls/WebBrowser.h"
 #include "platform/desktop/Desktop.h"
 #include "platform/desktop/MenuView.h"
 #include "platform/desktop/NoticeBar.h"

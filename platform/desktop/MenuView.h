@@ -9,7 +9,7 @@
 #include <giomm/simpleactiongroup.h>
 #include <gtkmm/popovermenubar.h>
 
-#include "platform/Controls.h"
+#include "platform/controls/Controls.h"
 
 namespace velmora {
 

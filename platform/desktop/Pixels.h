@@ -6,7 +6,7 @@
 
 #include <gdkmm/rectangle.h>
 
-#include "platform/Controls.h"
+#include "platform/controls/Controls.h"
 
 namespace velmora {
 

@@ -6,7 +6,7 @@
 #include <gtkmm/label.h>
 #include <gtkmm/widget.h>
 
-#include "platform/Controls.h"
+#include "platform/controls/Controls.h"
 
 namespace velmora {
 

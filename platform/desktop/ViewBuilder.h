@@ -1,8 +1,8 @@
 // Makes the views of a container's controls, each by its kind.
 #pragma once
 
-#include "platform/Browser.h"
-#include "platform/ListView.h"
+#include "platform/controls/ListView.h"
+#include "platform/controls/WebBrowser.h"
 #include "platform/desktop/ControlArea.h"
 
 namespace velmora {

@@ -7,7 +7,7 @@
 #include <gtkmm/button.h>
 #include <gtkmm/widget.h>
 
-#include "platform/Browser.h"
+#include "platform/controls/WebBrowser.h"
 
 namespace velmora {
 

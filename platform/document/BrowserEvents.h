@@ -10,8 +10,8 @@
 #include <string>
 #include <utility>
 
-#include "platform/Browser.h"
 #include "platform/Turns.h"
+#include "platform/controls/WebBrowser.h"
 #include "platform/document/PageEvents.h"
 
 namespace velmora {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Browser.h"
+#include "platform/Document.h"
 #include "platform/page/Socket.h"
 #include "platform/page/Wire.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Browser.h"
+#include "platform/Document.h"
 #include "platform/page/Wire.h"
 
 namespace velmora {

@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 
-#include "platform/Browser.h"
 #include "platform/Dialogs.h"
+#include "platform/controls/WebBrowser.h"
 #include "platform/document/BrowserEvents.h"
 #include "platform/webkit/Callbacks.h"
 #include "platform/webkit/PageAgents.h"

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Browser.h"
+#include "platform/controls/WebBrowser.h"
 
 namespace velmora::test {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Property.h"
+#include "platform/controls/Property.h"
 
 namespace velmora {
 

@@ -1,4 +1,4 @@
-#include "platform/Browser.h"
+#include "platform/controls/WebBrowser.h"
 
 namespace velmora {
 

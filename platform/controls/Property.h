@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/Event.h"
+#include "platform/controls/Event.h"
 
 namespace velmora {
 

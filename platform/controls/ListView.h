@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Controls.h"
+#include "platform/controls/Controls.h"
 
 namespace velmora {
 

@@ -1,4 +1,4 @@
-#include "platform/ListView.h"
+#include "platform/controls/ListView.h"
 
 #include <algorithm>
 
