@@ -2,7 +2,9 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "platform/CodePage.h"
+#include "platform/text/CodePage.h"
+#include "platform/text/Search.h"
+#include "platform/text/Utf8.h"
 #include "shell/frmBrowser.h"
 
 namespace velmora {

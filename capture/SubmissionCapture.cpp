@@ -1,6 +1,7 @@
 #include <utility>
 
-#include "platform/CodePage.h"
+#include "platform/text/CodePage.h"
+#include "platform/text/Search.h"
 #include "shell/frmBrowser.h"
 
 namespace velmora {

@@ -1,4 +1,4 @@
-#include "platform/CodePage.h"
+#include "platform/text/Search.h"
 #include "shell/frmBrowser.h"
 
 namespace velmora {

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <exception>
 
-#include "platform/CodePage.h"
+#include "platform/text/Search.h"
 #include "shell/frmBrowser.h"
 
 namespace velmora {

@@ -1,5 +1,5 @@
 // What passes between one element of a live form and its recorded field.
-#include "platform/CodePage.h"
+#include "platform/text/Search.h"
 #include "shell/frmBrowser.h"
 
 namespace velmora {

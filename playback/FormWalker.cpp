@@ -2,7 +2,7 @@
 #include <optional>
 #include <utility>
 
-#include "platform/CodePage.h"
+#include "platform/text/Search.h"
 #include "shell/frmBrowser.h"
 
 namespace velmora {

@@ -1,8 +1,8 @@
 #include <exception>
 #include <string_view>
 
-#include "platform/CodePage.h"
 #include "platform/Files.h"
+#include "platform/text/Search.h"
 #include "records/frmHome.h"
 #include "shell/frmBrowser.h"
 

@@ -1,8 +1,10 @@
 #include <exception>
 #include <utility>
 
-#include "platform/CodePage.h"
 #include "platform/Files.h"
+#include "platform/text/CodePage.h"
+#include "platform/text/Search.h"
+#include "platform/text/Utf8.h"
 #include "shell/frmBrowser.h"
 
 namespace velmora {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/CodePage.h"
+#include "platform/text/Search.h"
 
 namespace velmora {
 

@@ -15,7 +15,7 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/CodePage.h"
+#include "platform/text/Search.h"
 
 namespace velmora {
 

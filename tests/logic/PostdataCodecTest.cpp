@@ -1,4 +1,6 @@
-#include "platform/CodePage.h"
+#include "platform/text/CodePage.h"
+#include "platform/text/Search.h"
+#include "platform/text/Utf8.h"
 #include "tests/support/LogicHarness.h"
 
 namespace velmora::test {

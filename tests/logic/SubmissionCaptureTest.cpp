@@ -1,5 +1,5 @@
 #include "editor/frmEdit.h"
-#include "platform/CodePage.h"
+#include "platform/text/Utf8.h"
 #include "tests/support/LogicHarness.h"
 
 namespace velmora::test {

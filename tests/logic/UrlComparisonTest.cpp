@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/CodePage.h"
+#include "platform/text/Search.h"
 #include "shell/frmBrowser.h"
 
 namespace velmora {
