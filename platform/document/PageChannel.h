@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "platform/Document.h"
-#include "platform/page/Socket.h"
-#include "platform/page/Wire.h"
+#include "platform/wire/Socket.h"
+#include "platform/wire/Wire.h"
 
 namespace velmora {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/Document.h"
-#include "platform/page/Wire.h"
+#include "platform/wire/Wire.h"
 
 namespace velmora {
 

@@ -5,7 +5,7 @@
 
 #include <utility>
 
-#include "platform/page/Socket.h"
+#include "platform/wire/Socket.h"
 
 namespace velmora {
 

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/page/Wire.h"
+#include "platform/wire/Wire.h"
 
 namespace velmora {
 

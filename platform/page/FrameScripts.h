@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/page/Wire.h"
+#include "platform/wire/Wire.h"
 
 namespace velmora {
 

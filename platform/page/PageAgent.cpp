@@ -10,7 +10,7 @@
 
 #include "platform/page/AgentChannel.h"
 #include "platform/page/FrameScripts.h"
-#include "platform/page/Wire.h"
+#include "platform/wire/Wire.h"
 
 namespace velmora {
 namespace {

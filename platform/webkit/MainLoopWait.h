@@ -1,7 +1,7 @@
 // Waiting for a page without holding up the engine.
 #pragma once
 
-#include "platform/page/Socket.h"
+#include "platform/wire/Socket.h"
 
 namespace velmora {
 
