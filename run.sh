@@ -17,7 +17,7 @@ case ${1:-} in
 esac
 
 need_packages build run
-build release velmora velmora_page
+build release velmora velmora_agent
 
 if [[ ${1:-} == demo ]] || ! have_display; then
     [[ ${1:-} == demo ]] || say "no display here: playing the demonstration instead"

@@ -8,8 +8,8 @@
 #include <memory>
 #include <string>
 
-#include "platform/page/AgentChannel.h"
-#include "platform/page/FrameScripts.h"
+#include "platform/agent/AgentChannel.h"
+#include "platform/agent/FrameScripts.h"
 #include "platform/wire/Wire.h"
 
 namespace velmora {

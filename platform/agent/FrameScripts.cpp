@@ -1,10 +1,10 @@
-#include "platform/page/FrameScripts.h"
+#include "platform/agent/FrameScripts.h"
 
 #include <random>
 #include <utility>
 
 #include "agent_script.h"
-#include "platform/page/Converter.h"
+#include "platform/agent/Converter.h"
 
 namespace velmora {
 

@@ -1,4 +1,4 @@
-#include "platform/page/Converter.h"
+#include "platform/agent/Converter.h"
 
 #include <unicode/ucnv.h>
 #include <unicode/ucnv_err.h>

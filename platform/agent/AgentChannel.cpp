@@ -1,4 +1,4 @@
-#include "platform/page/AgentChannel.h"
+#include "platform/agent/AgentChannel.h"
 
 #include <glib-unix.h>
 #include <unistd.h>
