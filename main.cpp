@@ -2,7 +2,7 @@
 #include <exception>
 #include <string>
 
-#include "platform/webkit/Sandbox.h"
+#include "platform/webkit/engine/Sandbox.h"
 #include "program/Program.h"
 
 int main()

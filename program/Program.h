@@ -10,9 +10,9 @@
 #include "platform/desktop/TimerDriver.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/sqlite/SqliteProxyTable.h"
-#include "platform/webkit/Callbacks.h"
 #include "platform/webkit/WebKitBrowser.h"
-#include "platform/webkit/WebKitProxy.h"
+#include "platform/webkit/engine/Callbacks.h"
+#include "platform/webkit/engine/WebKitProxy.h"
 #include "shell/frmBrowser.h"
 
 namespace velmora {

@@ -5,12 +5,12 @@
 
 #include "platform/document/Address.h"
 #include "platform/document/PageDocument.h"
-#include "platform/webkit/GuideSite.h"
-#include "platform/webkit/LoadFailures.h"
-#include "platform/webkit/MainLoopWait.h"
-#include "platform/webkit/PageArea.h"
-#include "platform/webkit/StandingPage.h"
-#include "platform/webkit/UserSession.h"
+#include "platform/webkit/chrome/LoadFailures.h"
+#include "platform/webkit/chrome/PageArea.h"
+#include "platform/webkit/engine/MainLoopWait.h"
+#include "platform/webkit/engine/StandingPage.h"
+#include "platform/webkit/engine/UserSession.h"
+#include "platform/webkit/guide/GuideSite.h"
 
 namespace velmora {
 

@@ -11,10 +11,10 @@
 #include "platform/Dialogs.h"
 #include "platform/controls/WebBrowser.h"
 #include "platform/document/BrowserEvents.h"
-#include "platform/webkit/Callbacks.h"
-#include "platform/webkit/PageAgents.h"
-#include "platform/webkit/PopupWindow.h"
-#include "platform/webkit/ViewServices.h"
+#include "platform/webkit/chrome/PopupWindow.h"
+#include "platform/webkit/chrome/ViewServices.h"
+#include "platform/webkit/engine/Callbacks.h"
+#include "platform/webkit/engine/PageAgents.h"
 
 namespace velmora {
 

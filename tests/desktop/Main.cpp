@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/webkit/Sandbox.h"
+#include "platform/webkit/engine/Sandbox.h"
 
 namespace {
 

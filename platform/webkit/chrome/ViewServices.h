@@ -4,10 +4,10 @@
 #include <webkit/webkit.h>
 
 #include "platform/Dialogs.h"
-#include "platform/webkit/Downloads.h"
-#include "platform/webkit/HungPages.h"
-#include "platform/webkit/OtherPrograms.h"
-#include "platform/webkit/Permissions.h"
+#include "platform/webkit/chrome/Downloads.h"
+#include "platform/webkit/chrome/HungPages.h"
+#include "platform/webkit/chrome/OtherPrograms.h"
+#include "platform/webkit/chrome/Permissions.h"
 
 namespace velmora {
 

@@ -1,4 +1,4 @@
-#include "platform/webkit/UserSession.h"
+#include "platform/webkit/engine/UserSession.h"
 
 #include <glib/gstdio.h>
 

@@ -1,8 +1,8 @@
-#include "platform/webkit/LoadFailures.h"
+#include "platform/webkit/chrome/LoadFailures.h"
 
 #include <string>
 
-#include "platform/webkit/GuideSite.h"
+#include "platform/webkit/guide/GuideSite.h"
 
 namespace velmora {
 

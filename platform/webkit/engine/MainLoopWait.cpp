@@ -1,4 +1,4 @@
-#include "platform/webkit/MainLoopWait.h"
+#include "platform/webkit/engine/MainLoopWait.h"
 
 #include <glib-unix.h>
 

@@ -1,4 +1,4 @@
-#include "platform/webkit/WebKitProxy.h"
+#include "platform/webkit/engine/WebKitProxy.h"
 
 #include <string_view>
 

@@ -1,8 +1,8 @@
-#include "platform/webkit/Permissions.h"
+#include "platform/webkit/chrome/Permissions.h"
 
 #include <utility>
 
-#include "platform/webkit/StandingPage.h"
+#include "platform/webkit/engine/StandingPage.h"
 
 namespace velmora {
 

@@ -1,4 +1,4 @@
-#include "platform/webkit/Downloads.h"
+#include "platform/webkit/chrome/Downloads.h"
 
 #include <algorithm>
 #include <utility>

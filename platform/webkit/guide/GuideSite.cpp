@@ -1,4 +1,4 @@
-#include "platform/webkit/GuideSite.h"
+#include "platform/webkit/guide/GuideSite.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "platform/webkit/FindBar.h"
+#include "platform/webkit/chrome/FindBar.h"
 
 namespace velmora {
 

@@ -1,4 +1,4 @@
-#include "platform/webkit/Sandbox.h"
+#include "platform/webkit/engine/Sandbox.h"
 
 #include <gio/gio.h>
 

@@ -1,10 +1,10 @@
-#include "platform/webkit/PopupWindow.h"
+#include "platform/webkit/chrome/PopupWindow.h"
 
 #include <string>
 
-#include "platform/webkit/OtherPrograms.h"
-#include "platform/webkit/PageArea.h"
-#include "platform/webkit/StandingPage.h"
+#include "platform/webkit/chrome/OtherPrograms.h"
+#include "platform/webkit/chrome/PageArea.h"
+#include "platform/webkit/engine/StandingPage.h"
 
 namespace velmora {
 

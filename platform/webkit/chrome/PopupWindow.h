@@ -5,8 +5,8 @@
 
 #include <list>
 
-#include "platform/webkit/Callbacks.h"
-#include "platform/webkit/ViewServices.h"
+#include "platform/webkit/chrome/ViewServices.h"
+#include "platform/webkit/engine/Callbacks.h"
 
 namespace velmora {
 

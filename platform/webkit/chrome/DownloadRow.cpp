@@ -1,4 +1,4 @@
-#include "platform/webkit/DownloadRow.h"
+#include "platform/webkit/chrome/DownloadRow.h"
 
 #include <utility>
 

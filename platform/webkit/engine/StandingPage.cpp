@@ -1,4 +1,4 @@
-#include "platform/webkit/StandingPage.h"
+#include "platform/webkit/engine/StandingPage.h"
 
 namespace velmora {
 

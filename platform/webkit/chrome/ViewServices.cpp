@@ -1,7 +1,7 @@
-#include "platform/webkit/ViewServices.h"
+#include "platform/webkit/chrome/ViewServices.h"
 
-#include "platform/webkit/LoadFailures.h"
-#include "platform/webkit/StandingPage.h"
+#include "platform/webkit/chrome/LoadFailures.h"
+#include "platform/webkit/engine/StandingPage.h"
 
 namespace velmora {
 

@@ -1,10 +1,10 @@
-#include "platform/webkit/HungPages.h"
+#include "platform/webkit/chrome/HungPages.h"
 
 #include <memory>
 #include <string>
 
-#include "platform/webkit/LoadFailures.h"
-#include "platform/webkit/StandingPage.h"
+#include "platform/webkit/chrome/LoadFailures.h"
+#include "platform/webkit/engine/StandingPage.h"
 
 namespace velmora {
 

@@ -1,4 +1,4 @@
-#include "platform/webkit/PageAgents.h"
+#include "platform/webkit/engine/PageAgents.h"
 
 #include <gio/gunixfdlist.h>
 #include <unistd.h>

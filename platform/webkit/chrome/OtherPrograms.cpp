@@ -1,11 +1,11 @@
-#include "platform/webkit/OtherPrograms.h"
+#include "platform/webkit/chrome/OtherPrograms.h"
 
 #include <algorithm>
 #include <array>
 #include <string_view>
 #include <utility>
 
-#include "platform/webkit/StandingPage.h"
+#include "platform/webkit/engine/StandingPage.h"
 
 namespace velmora {
 

@@ -1,4 +1,4 @@
-#include "platform/webkit/Callbacks.h"
+#include "platform/webkit/engine/Callbacks.h"
 
 #include <utility>
 

@@ -10,8 +10,8 @@
 
 #include "platform/Dialogs.h"
 #include "platform/Turns.h"
-#include "platform/webkit/Callbacks.h"
-#include "platform/webkit/DownloadRow.h"
+#include "platform/webkit/chrome/DownloadRow.h"
+#include "platform/webkit/engine/Callbacks.h"
 
 namespace velmora {
 

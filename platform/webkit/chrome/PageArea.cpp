@@ -1,11 +1,11 @@
-#include "platform/webkit/PageArea.h"
+#include "platform/webkit/chrome/PageArea.h"
 
 #include <algorithm>
 #include <array>
 #include <iterator>
 #include <utility>
 
-#include "platform/webkit/FindBar.h"
+#include "platform/webkit/chrome/FindBar.h"
 
 namespace velmora {
 
