@@ -2,7 +2,6 @@
 
 #include "platform/Dialogs.h"
 #include "platform/Proxy.h"
-#include "shell/frmBrowser.h"
 
 namespace velmora {
 
@@ -50,12 +49,5 @@ void frmProxy::cmdOK_Click()
 }
 
 void frmProxy::cmdCancel_Click() { Visible = false; }
-
-void frmBrowser::mnuProxy_Click()
-{
-    frmProxy& dialog = ProxyDialog();
-    CenterForm(dialog);
-    platform_.dialogs.ShowModal(dialog);
-}
 
 }  // namespace velmora

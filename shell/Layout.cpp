@@ -66,21 +66,4 @@ void frmBrowser::AutoHideRecords()
     if (!mnuHideRecord.Checked() && mnuAutoHide.Checked()) mnuHideRecord_Click();
 }
 
-void frmBrowser::SSTab1_Click(int PreviousTab)
-{
-    const bool permanent = PreviousTab != 0;
-    glngCurTab = permanent ? 0 : 1;
-    cmdSave.Enabled = !permanent;
-    cmdFill.Enabled = permanent;
-}
-
-void frmBrowser::SortPermanentList(int column)
-{
-    lvwPermanent.SortKey = column;
-    lvwPermanent.SortOrder = lvwPermanent.SortOrder() == 0 ? 1 : 0;
-    lvwPermanent.Sorted = true;
-}
-
-void frmBrowser::lvwPermanent_ColumnClick(const ColumnHeader& header) { SortPermanentList(header.Index - 1); }
-
 }  // namespace velmora

@@ -31,22 +31,6 @@ void frmBrowser::Form_Load()
     cmdPlayback_Click();
 }
 
-void frmBrowser::SetColumns(ListView& list)
-{
-    struct Column {
-        const char* caption;
-        Twips width;
-    };
-    static constexpr Column kColumns[] = {
-        {"Record Name", 3500},         {"Record Type", 1200},
-        {"Destination Address", 3500}, {"Form Action / Originating Address", 3500},
-        {"Post Data", 5000},           {"Header", 1000},
-        {"Target Frame", 1000},
-    };
-    list.ClearColumnHeaders();
-    for (const Column& column : kColumns) list.AddColumnHeader(column.caption, column.width);
-}
-
 void frmBrowser::PrepareSessionFolder()
 {
     Files& files = platform_.files;
@@ -74,8 +58,6 @@ void frmBrowser::mnuExit_Click()
     platform_.turns.End();
     platform_.dialogs.EndProgram();
 }
-
-ListView& frmBrowser::CurrentRecordList() { return glngCurTab != 0 ? ListView1 : lvwPermanent; }
 
 void frmBrowser::CenterForm(Window& form)
 {

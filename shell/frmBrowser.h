@@ -40,8 +40,6 @@ public:
     void Form_Load();
     /// The exit sequence: resets the proxy, asks about temporary records, ends the program.
     void mnuExit_Click();
-    /// The list on the tab that is shown.
-    ListView& CurrentRecordList();
     /// Puts a dialog in the middle of the screen.
     void CenterForm(Window& form);
 
@@ -63,10 +61,6 @@ public:
     void HideRecordPanel();
     /// Hides the record panel if it is shown and Auto Hide is on.
     void AutoHideRecords();
-    void SSTab1_Click(int PreviousTab);
-    /// Sorts the permanent list by a column, counted from 0, in the order opposite to the last one.
-    void SortPermanentList(int column);
-    void lvwPermanent_ColumnClick(const ColumnHeader& header);
 
     // --- Shell: navigation status (shell/NavigationStatus.cpp) ------------------------------------
 
@@ -128,6 +122,17 @@ public:
     /// may come back changed.
     void AddTemporaryRecord(BrowserObject& pDisp, const std::string& strPageUrl, std::string& strAction,
                             const std::string& strFrame, std::string& strPostdata, const std::string& strHeader);
+
+    // --- Records: the two lists (records/RecordLists.cpp) -----------------------------------------
+
+    /// Sets the seven columns of a record list.
+    static void SetColumns(ListView& list);
+    /// The list on the tab that is shown.
+    ListView& CurrentRecordList();
+    void SSTab1_Click(int PreviousTab);
+    /// Sorts the permanent list by a column, counted from 0, in the order opposite to the last one.
+    void SortPermanentList(int column);
+    void lvwPermanent_ColumnClick(const ColumnHeader& header);
 
     // --- Records: tables (records/RecordTable.cpp) ------------------------------------------------
 
@@ -284,8 +289,6 @@ private:
     void PlaceControls();
     void BuildMenu();
     void ConnectEvents();
-    /// Sets the seven columns of a record list.
-    static void SetColumns(ListView& list);
     /// Sets the message line, panel 1.
     void ShowStatus(const std::string& text);
     /// A bookmark can be taken of any page but an empty one.
