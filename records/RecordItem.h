@@ -9,7 +9,7 @@ inline constexpr char kTypeForm[] = "Form";
 inline constexpr char kTypeBookmark[] = "Bookmark";
 inline constexpr char kTypeHome[] = "Home";
 
-/// Seven texts, in the order in which the operations take them. Each may be empty.
+/// Seven texts. Each may be empty.
 struct RecordItem {
     std::string Type;
     std::string Session;   ///< The record's name.
@@ -20,6 +20,20 @@ struct RecordItem {
     std::string Frame;
 
     bool operator==(const RecordItem&) const = default;
+};
+
+/// One of the seven: its name in session files and in the rows of the lists.
+struct RecordField {
+    const char* name;
+    std::string RecordItem::*text;
+};
+
+/// All of them, in the order of the session files. The rows of the lists have the same order, except that
+/// Session is their main text.
+inline constexpr RecordField kRecordFields[] = {
+    {"Type", &RecordItem::Type},     {"Session", &RecordItem::Session},   {"Url", &RecordItem::Url},
+    {"Action", &RecordItem::Action}, {"Postdata", &RecordItem::Postdata}, {"Header", &RecordItem::Header},
+    {"Frame", &RecordItem::Frame},
 };
 
 }  // namespace velmora

@@ -7,17 +7,15 @@ namespace {
 // Given as a name, asks for the row's own name, or for a generated one.
 constexpr char kGeneratedName[] = "*sysgen*";
 
+bool IsMainText(const RecordField& field) { return field.text == &RecordItem::Session; }
+
 }  // namespace
 
 void frmBrowser::ReadRecordItem(const ListItem& row, RecordItem& record)
 {
-    record.Session = row.Text();
-    record.Type = row.SubItem("Type");
-    record.Url = row.SubItem("Url");
-    record.Action = row.SubItem("Action");
-    record.Postdata = row.SubItem("Postdata");
-    record.Header = row.SubItem("Header");
-    record.Frame = row.SubItem("Frame");
+    for (const RecordField& field : kRecordFields) {
+        record.*field.text = IsMainText(field) ? row.Text() : row.SubItem(field.name);
+    }
 }
 
 bool frmBrowser::ReadSelectedRecord(const ListView& table, RecordItem& record)
@@ -35,12 +33,9 @@ void frmBrowser::WriteRecordItem(ListItem& row, RecordItem& record)
     } else {
         row.SetText(record.Session);
     }
-    row.SetSubItem("Type", record.Type);
-    row.SetSubItem("Url", record.Url);
-    row.SetSubItem("Action", record.Action);
-    row.SetSubItem("Postdata", record.Postdata);
-    row.SetSubItem("Header", record.Header);
-    row.SetSubItem("Frame", record.Frame);
+    for (const RecordField& field : kRecordFields) {
+        if (!IsMainText(field)) row.SetSubItem(field.name, record.*field.text);
+    }
 }
 
 bool frmBrowser::UpdateSelectedRecord(ListView& table, RecordItem& record)
@@ -69,12 +64,9 @@ bool frmBrowser::AddRecordItem(ListView& table, const RecordItem& record)
     const auto isFree = [&](const std::string& key) { return !key.empty() && !table.Find(key); };
     ListItem& row = table.Add();
     row.SetText(record.Session);
-    row.AddSubItem("Type", record.Type);
-    row.AddSubItem("Url", record.Url);
-    row.AddSubItem("Action", record.Action);
-    row.AddSubItem("Postdata", record.Postdata);
-    row.AddSubItem("Header", record.Header);
-    row.AddSubItem("Frame", record.Frame);
+    for (const RecordField& field : kRecordFields) {
+        if (!IsMainText(field)) row.AddSubItem(field.name, record.*field.text);
+    }
     const std::string key = StripQuery(record.Url);
     const bool tookNormalKey = isFree(key);
     if (tookNormalKey) {

@@ -31,9 +31,9 @@ std::string InFrame(const std::string& elements)
 
 std::string frmBrowser::BuildSessionXml(const RecordItem& record)
 {
-    return InFrame(TagLine("Type", record.Type) + TagLine("Session", record.Session) + TagLine("Url", record.Url) +
-                   TagLine("Action", record.Action) + TagLine("Postdata", record.Postdata) +
-                   TagLine("Header", record.Header) + TagLine("Frame", record.Frame));
+    std::string elements;
+    for (const RecordField& field : kRecordFields) elements += TagLine(field.name, record.*field.text);
+    return InFrame(elements);
 }
 
 std::string frmBrowser::BuildHomeXml(const std::string& home)
@@ -44,14 +44,9 @@ std::string frmBrowser::BuildHomeXml(const std::string& home)
 void frmBrowser::ParseSessionXml(const std::string& text, RecordItem& record)
 {
     record.Type = GetXmlElement(text, "Type");
-    if (record.Type.empty()) record.Type = kTypeForm;
     if (record.Type == kTypeHome) return;
-    record.Session = GetXmlElement(text, "Session");
-    record.Url = GetXmlElement(text, "Url");
-    record.Action = GetXmlElement(text, "Action");
-    record.Postdata = GetXmlElement(text, "Postdata");
-    record.Header = GetXmlElement(text, "Header");
-    record.Frame = GetXmlElement(text, "Frame");
+    for (const RecordField& field : kRecordFields) record.*field.text = GetXmlElement(text, field.name);
+    if (record.Type.empty()) record.Type = kTypeForm;
 }
 
 std::string frmBrowser::GetXmlElement(const std::string& text, const std::string& tag)
