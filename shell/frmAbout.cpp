@@ -8,6 +8,7 @@ frmAbout::frmAbout(const std::string& website, const std::string& contact)
     SetInnerSize(5640, 3885);
     Left = 5250;
     Top = 4095;
+    lblVersion.Caption = "              version " VELMORA_VERSION;
     lblUrl.Caption = "Url:     " + website;
     lblEmail.Caption = "Email: " + contact;
     imgLogo.Move(240, 120, 1410, 1200);

@@ -15,7 +15,7 @@ public:
 
     Picture imgLogo{*this, "imgLogo", "logo.svg"};
     Label lblProduct{*this, "lblProduct", "       Velmora "};
-    Label lblVersion{*this, "lblVersion", "              version 1.1"};
+    Label lblVersion{*this, "lblVersion", ""};
     Label lblContact{*this, "lblContact", "Contact points are:"};
     Label lblUrl{*this, "lblUrl", ""};
     Label lblEmail{*this, "lblEmail", ""};

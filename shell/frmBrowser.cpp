@@ -12,7 +12,7 @@ namespace velmora {
 
 frmBrowser::frmBrowser(Platform platform) : platform_(std::move(platform))
 {
-    Caption = "Velmora v1.1";
+    Caption = "Velmora v" VELMORA_VERSION;
     SetInnerSize(13050, 9930);
     CenterForm(*this);
     PlaceControls();

@@ -100,8 +100,8 @@ answer_box() {
 start_program() {
     demo/program/velmora >>"$log" 2>&1 &
     pid=$!
-    wait_until "the main window" is_shown '^Velmora v1\.1$'
-    window=$(find_window '^Velmora v1\.1$')
+    wait_until "the main window" is_shown '^Velmora v[0-9.]+$'
+    window=$(find_window '^Velmora v[0-9.]+$')
     xdotool windowactivate --sync "$window"
     local height
     height=$(xdotool getwindowgeometry --shell "$window" | sed -n 's/^HEIGHT=//p')
