@@ -25,10 +25,8 @@ class Files {
 public:
     virtual ~Files() = default;
 
-    /// The folder that the program lies in, without a separator at its end.
+    /// The folder that the program lies in, without a slash at its end.
     virtual std::string ProgramFolder() = 0;
-    /// What stands between the parts of a path.
-    virtual std::string Separator() = 0;
 
     /// Whether anything of that name exists.
     virtual bool Exists(const std::string& path) = 0;

@@ -21,12 +21,11 @@ public:
         std::string port;
     };
 
-    /// Runs the query on the database at the path, sets the column `used` of its first row to
-    /// `mark`, stores that, and gives the row; nothing if the query gave no row. A file that is
-    /// missing, locked or foreign, or lacks the table or a column, throws ProxyTableError; no file
-    /// is ever created.
-    virtual std::optional<Row> TakeFirst(const std::string& path, const std::string& query,
-                                         const std::string& mark) = 0;
+    /// Sets the column `used` of the first row of the database at the path that has another value there to
+    /// `mark`, stores that, and gives the row; nothing if there is none. A row whose `used` is null counts
+    /// as taken. A file that is missing, locked or foreign, or lacks the table or a column, throws
+    /// ProxyTableError; no file is ever created.
+    virtual std::optional<Row> TakeFirst(const std::string& path, const std::string& mark) = 0;
 };
 
 }  // namespace velmora

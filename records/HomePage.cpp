@@ -14,7 +14,7 @@ void frmBrowser::mnuHome_Click()
         ShowStatus({});
         return;
     }
-    WriteTextFile(gstrSessionPath + platform_.files.Separator() + "Velmora.xml", BuildHomeXml(dialog.txtHome.Text()));
+    WriteTextFile(gstrSessionPath + "/Velmora.xml", BuildHomeXml(dialog.txtHome.Text()));
     ShowStatus("Setting is updated");
 }
 

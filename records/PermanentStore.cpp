@@ -46,7 +46,7 @@ void frmBrowser::LoadSessionFile(const FileEntry& file)
 {
     if (file.Size == 0 || !IsXmlName(file.Name)) return;
     std::string text;
-    if (!ReadTextFile(gstrSessionPath + platform_.files.Separator() + file.Name, text)) return;
+    if (!ReadTextFile(gstrSessionPath + "/" + file.Name, text)) return;
     RecordItem record;
     ParseSessionXml(text, record);
     if (record.Type == kTypeHome) {

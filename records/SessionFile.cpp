@@ -72,7 +72,7 @@ std::string frmBrowser::MakeSessionFileName(const std::string& Url)
 
 std::string frmBrowser::SessionFilePath(const std::string& Url)
 {
-    return gstrSessionPath + platform_.files.Separator() + MakeSessionFileName(Url) + ".xml";
+    return gstrSessionPath + "/" + MakeSessionFileName(Url) + ".xml";
 }
 
 bool frmBrowser::ReadTextFile(const std::string& path, std::string& text)

@@ -18,17 +18,14 @@ void frmProxy::cmdProxy_Click()
 std::string frmProxy::GetNextProxy(const std::string& strDatabase)
 {
     Files& files = platform_.files;
-    const std::string path = files.ProgramFolder() + files.Separator() + strDatabase;
+    const std::string path = files.ProgramFolder() + "/" + strDatabase;
     try {
-        const auto row =
-            platform_.proxyTable.TakeFirst(path, "select * from tblProxy where used <> " + QuoteSqlText("Y"), "Y");
+        const auto row = platform_.proxyTable.TakeFirst(path, "Y");
         return row ? row->ip + ":" + row->port : std::string();
     } catch (const std::exception&) {
         // No usable list is the same as a list without a free server.
         return {};
     }
 }
-
-std::string frmProxy::QuoteSqlText(const std::string& s) { return "'" + s + "'"; }
 
 }  // namespace velmora

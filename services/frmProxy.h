@@ -21,8 +21,6 @@ public:
     /// Marks the next free server of a database in the program's folder as used and gives it as
     /// "address:port". Empty if no server is free or the database cannot be used.
     std::string GetNextProxy(const std::string& strDatabase);
-    /// The text between single quotes. Quotes inside it are not doubled.
-    static std::string QuoteSqlText(const std::string& s);
 
     Label Label1{*this, "Label1", "Proxy Server: "};
     TextBox txtIP{*this, "txtIP"};

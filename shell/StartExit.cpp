@@ -34,7 +34,7 @@ void frmBrowser::Form_Load()
 void frmBrowser::PrepareSessionFolder()
 {
     Files& files = platform_.files;
-    gstrSessionPath = files.ProgramFolder() + files.Separator() + "session";
+    gstrSessionPath = files.ProgramFolder() + "/session";
     try {
         if (!files.Exists(gstrSessionPath)) files.MakeFolder(gstrSessionPath);
     } catch (const std::exception&) {

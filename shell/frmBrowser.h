@@ -220,7 +220,7 @@ public:
     int lngBookmarkId = 0;        ///< Number of the last generated bookmark name.
     std::string strLastUrl;       ///< Address of the document that completed last.
     int glngCurTab = 0;           ///< 0: permanent records are shown, 1: temporary ones.
-    std::string gstrSessionPath;  ///< The session folder, no separator at its end.
+    std::string gstrSessionPath;  ///< The session folder, no slash at its end.
     std::string gstrCurMode;      ///< "Playback" from the first Go on.
     int glngNoOfPermanentSession = 0;
     std::vector<std::string> gstrFieldNames;  ///< Field table; empty until a split fills it.

@@ -32,7 +32,6 @@ public:
     std::function<void(const std::string& why)> WriteFailed;
 
     std::string ProgramFolder() override { return programFolder_; }
-    std::string Separator() override { return "/"; }
     bool Exists(const std::string& path) override;
     void MakeFolder(const std::string& path) override;
     bool CanWrite(const std::string& folder) override;

@@ -4,7 +4,6 @@
 
 #include <cstdio>
 #include <memory>
-#include <string_view>
 #include <vector>
 
 namespace velmora {
@@ -75,22 +74,21 @@ std::string Quoted(std::string name)
 
 constexpr const char* kRowId = "_rowid_";
 
-/// The rows of a query, and the columns, the first ones, that tell a row from all others.
+/// Rows, and the columns, the first ones, that tell a row from all others.
 struct Selection {
     Statement rows;
     std::vector<std::string> keys;
 };
 
-Selection Select(const Database& database, const std::string& query)
+Selection SelectOthers(const Database& database, const std::string& mark)
 {
-    constexpr std::string_view kSelect = "select ";
-    if (!std::string_view(query).starts_with(kSelect)) throw ProxyTableError("the query is not known");
+    // All columns, though three would do: with those alone an index could serve, which has an order of its own.
+    const std::string select = "* from tblProxy where used <> " + QuoteSqlText(mark);
     try {
-        // All that the query asks for stays in it: for less, an index could do, which has its own order.
-        return {Prepare(database, std::string(kSelect) + kRowId + ", " + query.substr(kSelect.size())), {kRowId}};
+        return {Prepare(database, std::string("select ") + kRowId + ", " + select), {kRowId}};
     } catch (const ProxyTableError&) {
         // A table without row ids has a key among its columns.
-        Selection selection{Prepare(database, query), {}};
+        Selection selection{Prepare(database, "select " + select), {}};
         for (int i = 0; i < sqlite3_column_count(selection.rows.get()); ++i) {
             selection.keys.push_back(Quoted(sqlite3_column_name(selection.rows.get(), i)));
         }
@@ -111,9 +109,9 @@ Statement PrepareMark(const Database& database, const Selection& selection, cons
     return update;
 }
 
-std::optional<ProxyTable::Row> MarkFirst(const Database& database, const std::string& query, const std::string& mark)
+std::optional<ProxyTable::Row> MarkFirst(const Database& database, const std::string& mark)
 {
-    const Selection selection = Select(database, query);
+    const Selection selection = SelectOthers(database, mark);
     sqlite3_stmt* const row = selection.rows.get();
     const int result = sqlite3_step(row);
     if (result == SQLITE_DONE) return std::nullopt;
@@ -128,13 +126,14 @@ std::optional<ProxyTable::Row> MarkFirst(const Database& database, const std::st
 
 }  // namespace
 
-std::optional<ProxyTable::Row> SqliteProxyTable::TakeFirst(const std::string& path, const std::string& query,
-                                                           const std::string& mark)
+std::string QuoteSqlText(const std::string& s) { return "'" + s + "'"; }
+
+std::optional<ProxyTable::Row> SqliteProxyTable::TakeFirst(const std::string& path, const std::string& mark)
 {
     const Database database = Open(path);
     // Nobody else writes between the reading and the marking; what fails on the way is undone by closing.
     Execute(database, "begin immediate");
-    const std::optional<Row> taken = MarkFirst(database, query, mark);
+    const std::optional<Row> taken = MarkFirst(database, mark);
     Execute(database, "commit");
     return taken;
 }

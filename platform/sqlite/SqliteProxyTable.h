@@ -5,9 +5,12 @@
 
 namespace velmora {
 
+/// The text between single quotes. Quotes inside it are not doubled.
+std::string QuoteSqlText(const std::string& s);
+
 class SqliteProxyTable : public ProxyTable {
 public:
-    std::optional<Row> TakeFirst(const std::string& path, const std::string& query, const std::string& mark) override;
+    std::optional<Row> TakeFirst(const std::string& path, const std::string& mark) override;
 };
 
 }  // namespace velmora

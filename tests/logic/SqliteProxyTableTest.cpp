@@ -34,7 +34,7 @@ protected:
     std::string Take()
     {
         try {
-            const auto row = SqliteProxyTable().TakeFirst(File(), "select * from tblProxy where used <> 'Y'", "Y");
+            const auto row = SqliteProxyTable().TakeFirst(File(), "Y");
             return row ? row->ip + "|" + row->port : "none";
         } catch (const ProxyTableError&) {
             return "unusable";

@@ -44,10 +44,9 @@ bool MemoryProxy::SetProxy(ProxyAccess access, const std::string& proxyText)
     return Accepts;
 }
 
-std::optional<ProxyTable::Row> MemoryProxyTable::TakeFirst(const std::string& path, const std::string& query,
-                                                           const std::string& mark)
+std::optional<ProxyTable::Row> MemoryProxyTable::TakeFirst(const std::string& path, const std::string& mark)
 {
-    Calls.push_back(path + ": " + query);
+    Calls.push_back(path);
     if (Missing) throw ProxyTableError("no database");
     const auto free = std::find_if(Servers.begin(), Servers.end(),
                                    [&](const Server& server) { return server.used && *server.used != mark; });

@@ -17,7 +17,6 @@ namespace velmora::test {
 class MemoryFiles : public Files {
 public:
     std::string ProgramFolder() override { return "/app"; }
-    std::string Separator() override { return "/"; }
     bool Exists(const std::string& path) override { return Folders.contains(path) || Texts.contains(path); }
     void MakeFolder(const std::string& path) override;
     bool CanWrite(const std::string& folder) override { return !ReadOnly && Folders.contains(folder); }
@@ -42,7 +41,7 @@ public:
     std::vector<std::string> Calls;  ///< "3 http=host:80" for a proxy, "1 ..." for none.
 };
 
-/// Rows of the table, of which the query of the program takes the first free one.
+/// Rows of the table, of which the first free one is taken.
 class MemoryProxyTable : public ProxyTable {
 public:
     struct Server {
@@ -51,11 +50,11 @@ public:
         std::optional<std::string> used;
     };
 
-    std::optional<Row> TakeFirst(const std::string& path, const std::string& query, const std::string& mark) override;
+    std::optional<Row> TakeFirst(const std::string& path, const std::string& mark) override;
 
     std::vector<Server> Servers;
     bool Missing = false;
-    std::vector<std::string> Calls;  ///< "path: query".
+    std::vector<std::string> Calls;  ///< Paths.
 };
 
 }  // namespace velmora::test
