@@ -12,7 +12,7 @@ constexpr Twips kRow = 480;
 
 }  // namespace
 
-frmEdit::frmEdit()
+frmEdit::frmEdit() : OkCancelDialog({}, "Save")  // the caption goes by the record
 {
     SetInnerSize(12180, 7470);
     PlaceControls();
@@ -23,40 +23,26 @@ frmEdit::frmEdit()
     SSTab1.AccessibleName = "Fields";
     txtUrl.Enabled = false;
     txtAction.Enabled = false;
-    cmdOK.Default = true;
-    cmdCancel.Cancel = true;
     FirstFocus = &txtSession;
-    cmdOK.Click.Add([this] { cmdOK_Click(); });
     cmdPermanentOK.Click.Add([this] { cmdPermanentOK_Click(); });
-    cmdCancel.Click.Add([this] { cmdCancel_Click(); });
-    CloseRequested.Add([this] { cmdCancel_Click(); });
 }
 
 void frmEdit::PlaceControls()
 {
-    struct Place {
-        Control& control;
-        Twips left, top, width, height;
-        int tabIndex;
-    };
-    constexpr int kBehindFields = 4 + static_cast<int>(kFields);
-    const Place places[] = {
-        {lblSession, 120, 195, 1935, 255, -1},
+    constexpr int kAfterFields = 4 + static_cast<int>(kFields);
+    Arrange({
+        {lblSession, 120, 195, 1935, 255},
         {txtSession, 2160, 120, 7560, 375, 0},
-        {lblUrl, 120, 675, 1935, 255, -1},
+        {lblUrl, 120, 675, 1935, 255},
         {txtUrl, 2160, 600, 7560, 375, 1},
-        {lblAction, 120, 1155, 1935, 255, -1},
+        {lblAction, 120, 1155, 1935, 255},
         {txtAction, 2160, 1080, 7560, 375, 2},
         {SSTab1, 120, 1620, 11940, 5340, 3},
-        {cmdOK, 9900, 120, 2160, 375, kBehindFields},
-        {cmdPermanentOK, 9900, 600, 2160, 375, kBehindFields + 1},
-        {cmdCancel, 9900, 1080, 2160, 375, kBehindFields + 2},
-        {StatusBar1, 0, 7095, 12180, 375, -1},
-    };
-    for (const Place& place : places) {
-        place.control.Move(place.left, place.top, place.width, place.height);
-        place.control.TabIndex = place.tabIndex;
-    }
+        {cmdOK, 9900, 120, 2160, 375, kAfterFields},
+        {cmdPermanentOK, 9900, 600, 2160, 375, kAfterFields + 1},
+        {cmdCancel, 9900, 1080, 2160, 375, kAfterFields + 2},
+        {StatusBar1, 0, 7095, 12180, 375},
+    });
     StatusBar1.Panels(1).Width = 12180;
 }
 
@@ -71,7 +57,8 @@ void frmEdit::MakeFields()
         TextBox& value = txtValue.emplace_back(SSTab1, "txtValue" + index);
         name.Move(left, top + 75, 1695, 255);
         value.Move(left + 1920, top, 3615, 375);
-        name.Page = value.Page = static_cast<int>(i / kFieldsOnPage);
+        name.Page = static_cast<int>(i / kFieldsOnPage);
+        value.Page = name.Page();
         value.TabIndex = 4 + static_cast<int>(i);
         value.AccessibleName = "Blank";
         value.Enabled = false;
@@ -90,7 +77,5 @@ void frmEdit::cmdPermanentOK_Click()
     bSavePermanent = true;
     Visible = false;
 }
-
-void frmEdit::cmdCancel_Click() { Visible = false; }
 
 }  // namespace velmora

@@ -4,19 +4,18 @@
 #include <cstddef>
 #include <deque>
 
-#include "platform/controls/Controls.h"
+#include "platform/controls/OkCancelDialog.h"
 
 namespace velmora {
 
-class frmEdit : public Window {
+class frmEdit : public OkCancelDialog {
 public:
     static constexpr std::size_t kFields = 60;
 
     frmEdit();
 
-    void cmdOK_Click();
+    void cmdOK_Click() override;
     void cmdPermanentOK_Click();
-    void cmdCancel_Click();
 
     bool bEditFlag = false;       ///< The user saved.
     bool bSavePermanent = false;  ///< The user saved and wants the record moved to the permanent ones.
@@ -30,9 +29,7 @@ public:
     SSTab SSTab1{*this, "SSTab1", {"Page 1", "Page 2", "Page 3"}};
     std::deque<Label> lblName;     ///< The fields' names, from 0 to 59.
     std::deque<TextBox> txtValue;  ///< Their values.
-    CommandButton cmdOK{*this, "cmdOK", "Save"};
     CommandButton cmdPermanentOK{*this, "cmdPermanentOK", "Save as Permanent"};
-    CommandButton cmdCancel{*this, "cmdCancel", "Cancel"};
     StatusBar StatusBar1{*this, "StatusBar1", 1};
 
 private:

@@ -1,16 +1,15 @@
 // The dialog in which a bookmark gets its name.
 #pragma once
 
-#include "platform/controls/Controls.h"
+#include "platform/controls/OkCancelDialog.h"
 
 namespace velmora {
 
-class frmBookmark : public Window {
+class frmBookmark : public OkCancelDialog {
 public:
     frmBookmark();
 
-    void cmdOK_Click();
-    void cmdCancel_Click();
+    void cmdOK_Click() override;
 
     bool bSaveFlag = false;  ///< The user saved.
 
@@ -20,8 +19,6 @@ public:
     TextBox txtUrl{*this, "txtUrl"};
     Label lblAction{*this, "lblAction", "Originating Address:"};
     TextBox txtAction{*this, "txtAction"};
-    CommandButton cmdOK{*this, "cmdOK", "Save"};
-    CommandButton cmdCancel{*this, "cmdCancel", "Cancel"};
 };
 
 }  // namespace velmora

@@ -3,24 +3,21 @@
 
 #include <string>
 
-#include "platform/controls/Controls.h"
+#include "platform/controls/OkCancelDialog.h"
 
 namespace velmora {
 
-class frmHome : public Window {
+class frmHome : public OkCancelDialog {
 public:
     /// `home` is the address that the box starts with.
     explicit frmHome(const std::string& home);
 
-    void cmdOK_Click();
-    void cmdCancel_Click();
+    void cmdOK_Click() override;
 
     bool bSaveFlag = false;  ///< The user pressed OK.
 
     Label lblHome{*this, "lblHome", "Default home page:"};
     TextBox txtHome{*this, "txtHome"};
-    CommandButton cmdOK{*this, "cmdOK", "OK"};
-    CommandButton cmdCancel{*this, "cmdCancel", "Cancel"};
 };
 
 }  // namespace velmora

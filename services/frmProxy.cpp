@@ -5,32 +5,24 @@
 
 namespace velmora {
 
-frmProxy::frmProxy(Platform& platform) : platform_(platform)
+frmProxy::frmProxy(Platform& platform) : OkCancelDialog("Proxy Setting", "OK"), platform_(platform)
 {
-    Caption = "Proxy Setting";
     SetInnerSize(6450, 2685);
-    Label1.Move(240, 840, 1095, 255);
-    txtIP.Move(1440, 740, 4815, 375);
-    Label2.Move(240, 1440, 1095, 255);
-    txtPort.Move(1440, 1340, 4815, 375);
-    cmdOK.Move(3600, 2040, 1215, 375);
-    cmdCancel.Move(5040, 2040, 1215, 375);
-    chkUseProxy.Move(240, 240, 255, 255);
-    Label3.Move(550, 290, 2295, 375);
-    cmdProxy.Move(2160, 2040, 1215, 375);
+    Arrange({{Label1, 240, 840, 1095, 255},
+             {txtIP, 1440, 740, 4815, 375, 0},
+             {Label2, 240, 1440, 1095, 255},
+             {txtPort, 1440, 1340, 4815, 375, 1},
+             {cmdOK, 3600, 2040, 1215, 375, 2},
+             {cmdCancel, 5040, 2040, 1215, 375, 3},
+             {chkUseProxy, 240, 240, 255, 255, 4},
+             {Label3, 550, 290, 2295, 375},
+             {cmdProxy, 2160, 2040, 1215, 375, 5}});
     chkUseProxy.Value = 1;
     cmdProxy.Visible = false;
     txtIP.AccessibleName = "Proxy Server";
     txtPort.AccessibleName = "Port No";
-    int tabIndex = 0;
-    for (Control* control : Controls) control->TabIndex = tabIndex++;
-    cmdOK.Default = true;
-    cmdCancel.Cancel = true;
     FirstFocus = &txtIP;
-    cmdOK.Click.Add([this] { cmdOK_Click(); });
-    cmdCancel.Click.Add([this] { cmdCancel_Click(); });
     cmdProxy.Click.Add([this] { cmdProxy_Click(); });
-    CloseRequested.Add([this] { cmdCancel_Click(); });
 }
 
 void frmProxy::cmdOK_Click()
@@ -47,7 +39,5 @@ void frmProxy::cmdOK_Click()
     platform_.dialogs.MsgBox(message, Buttons::Ok, icon, "IE Proxy Settings");
     Visible = false;
 }
-
-void frmProxy::cmdCancel_Click() { Visible = false; }
 
 }  // namespace velmora

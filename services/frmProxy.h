@@ -4,17 +4,16 @@
 #include <string>
 
 #include "platform/Platform.h"
-#include "platform/controls/Controls.h"
+#include "platform/controls/OkCancelDialog.h"
 
 namespace velmora {
 
-class frmProxy : public Window {
+class frmProxy : public OkCancelDialog {
 public:
     explicit frmProxy(Platform& platform);
 
     /// Hands the setting to the browser, tells the user how it went, hides the dialog.
-    void cmdOK_Click();
-    void cmdCancel_Click();
+    void cmdOK_Click() override;
     /// Puts the next free server of the proxy server list into the boxes; they stay if there is none.
     void cmdProxy_Click();
 
@@ -26,8 +25,6 @@ public:
     TextBox txtIP{*this, "txtIP"};
     Label Label2{*this, "Label2", "Port No:"};
     TextBox txtPort{*this, "txtPort"};
-    CommandButton cmdOK{*this, "cmdOK", "OK"};
-    CommandButton cmdCancel{*this, "cmdCancel", "Cancel"};
     CheckBox chkUseProxy{*this, "chkUseProxy", "Use Proxy Server"};
     Label Label3{*this, "Label3", "Use Proxy Server"};
     CommandButton cmdProxy{*this, "cmdProxy", "Get Proxy"};

@@ -11,17 +11,14 @@ frmAbout::frmAbout(const std::string& website, const std::string& contact)
     lblVersion.Caption = "              version " VELMORA_VERSION;
     lblUrl.Caption = "Url:     " + website;
     lblEmail.Caption = "Email: " + contact;
-    imgLogo.Move(240, 120, 1410, 1200);
-    lblProduct.Move(1800, 360, 2295, 255);
-    lblVersion.Move(1800, 600, 2175, 255);
-    lblContact.Move(240, 3000, 3735, 255);
-    lblUrl.Move(240, 3240, 3735, 255);
-    lblEmail.Move(240, 3480, 3735, 255);
-    cmdOK.Move(4080, 240, 1335, 375);
+    Arrange({{imgLogo, 240, 120, 1410, 1200},
+             {lblProduct, 1800, 360, 2295, 255},
+             {lblVersion, 1800, 600, 2175, 255},
+             {lblContact, 240, 3000, 3735, 255},
+             {lblUrl, 240, 3240, 3735, 255},
+             {lblEmail, 240, 3480, 3735, 255},
+             {cmdOK, 4080, 240, 1335, 375, 0}});
     imgLogo.AccessibleName = "The Velmora logo";
-    cmdOK.TabIndex = 0;
-    cmdOK.Default = true;
-    cmdOK.Cancel = true;
     cmdOK.Click.Add([this] { cmdOK_Click(); });
     CloseRequested.Add([this] { cmdOK_Click(); });
 }

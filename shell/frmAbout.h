@@ -19,7 +19,7 @@ public:
     Label lblContact{*this, "lblContact", "Contact points are:"};
     Label lblUrl{*this, "lblUrl", ""};
     Label lblEmail{*this, "lblEmail", ""};
-    CommandButton cmdOK{*this, "cmdOK", "OK"};
+    CommandButton cmdOK{*this, "cmdOK", "OK", {.Default = true, .Cancel = true}};
 };
 
 }  // namespace velmora

@@ -24,30 +24,30 @@ frmBrowser::~frmBrowser() = default;
 
 void frmBrowser::PlaceControls()
 {
-    struct Place {
-        Control& control;
-        Twips left, top, width, height;
-        int tabIndex;
-    };
-    const Place places[] = {
-        {Frame1, 120, 0, 12720, 650, -1},        {cmdBack, 0, 120, 1600, 495, 1},
-        {cmdPlayback, 1560, 120, 1600, 495, 2},  {cmdHideRecord, 3120, 120, 1600, 495, 4},
-        {cmdRecord, 4720, 120, 1600, 495, 3},    {cmdAutoHide, 6330, 120, 1600, 495, 5},
-        {cmdAutoClick, 9480, 120, 1600, 495, 7}, {cmdBookmark, 11090, 120, 1600, 495, 16},
-        {cmdPrompt, 8050, 120, 1600, 495, 6},    {lblUrl, 120, 840, 615, 255, -1},
-        {txtUrl, 840, 720, 12015, 375, 8},       {wbMyBrowser, 120, 1200, 12735, 5295, 0},
-        {SSTab1, 120, 6600, 10935, 2895, 9},     {lvwPermanent, 120, 360, 10695, 2535, 10},
-        {ListView1, 120, 360, 10695, 2535, 15},  {cmdEdit, 11160, 6600, 1695, 495, 11},
-        {cmdDelete, 11160, 7320, 1695, 495, 12}, {cmdSave, 11160, 8040, 1695, 495, 13},
-        {cmdFill, 11160, 8760, 1695, 495, 14},   {StatusBar1, 0, 9555, 13050, 375, -1},
-    };
-    for (const Place& place : places) {
-        place.control.Move(place.left, place.top, place.width, place.height);
-        place.control.TabIndex = place.tabIndex;
-    }
+    Arrange({
+        {Frame1, 120, 0, 12720, 650},
+        {cmdBack, 0, 120, 1600, 495, 1},
+        {cmdPlayback, 1560, 120, 1600, 495, 2},
+        {cmdHideRecord, 3120, 120, 1600, 495, 4},
+        {cmdRecord, 4720, 120, 1600, 495, 3},
+        {cmdAutoHide, 6330, 120, 1600, 495, 5},
+        {cmdAutoClick, 9480, 120, 1600, 495, 7},
+        {cmdBookmark, 11090, 120, 1600, 495, 16},
+        {cmdPrompt, 8050, 120, 1600, 495, 6},
+        {lblUrl, 120, 840, 615, 255},
+        {txtUrl, 840, 720, 12015, 375, 8},
+        {wbMyBrowser, 120, 1200, 12735, 5295, 0},
+        {SSTab1, 120, 6600, 10935, 2895, 9},
+        {lvwPermanent, 120, 360, 10695, 2535, 10},
+        {ListView1, 120, 360, 10695, 2535, 15},
+        {cmdEdit, 11160, 6600, 1695, 495, 11},
+        {cmdDelete, 11160, 7320, 1695, 495, 12},
+        {cmdSave, 11160, 8040, 1695, 495, 13},
+        {cmdFill, 11160, 8760, 1695, 495, 14},
+        {StatusBar1, 0, 9555, 13050, 375},
+    });
     cmdBookmark.Enabled = false;
     ListView1.Page = 1;
-    txtUrl.FontPoints = 9.75F;
     StatusBar1.Panels(1).Width = 13050 - 2100;
     StatusBar1.Panels(2).Width = 2100;
     txtUrl.AccessibleName = "Address";

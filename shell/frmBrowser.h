@@ -244,7 +244,7 @@ public:
     CommandButton cmdBookmark{Frame1, "cmdBookmark", "Bookmark"};
     CommandButton cmdPrompt{*this, "cmdPrompt", "Prompt User is On"};
     Label lblUrl{*this, "lblUrl", "Address:"};
-    TextBox txtUrl{*this, "txtUrl"};
+    TextBox txtUrl{*this, "txtUrl", 9.75F};
     WebBrowser wbMyBrowser{*this, "wbMyBrowser"};
     SSTab SSTab1{*this, "SSTab1", {"Permanent Record", "Temporary Record"}};
     ListView lvwPermanent{SSTab1, "lvwPermanent"};

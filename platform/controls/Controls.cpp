@@ -31,33 +31,39 @@ void Control::SetFocus()
     FocusRequested.Raise();
 }
 
-CommandButton::CommandButton(Container& parent, std::string name, std::string caption)
-    : Control(parent, std::move(name)), Caption(std::move(caption))
+void Arrange(std::initializer_list<Place> places)
+{
+    for (const Place& place : places) {
+        place.control.Move(place.left, place.top, place.width, place.height);
+        place.control.TabIndex = place.tabIndex;
+    }
+}
+
+CommandButton::CommandButton(Container& parent, std::string name, std::string caption, ButtonKeys keys)
+    : Control(parent, std::move(name)), Caption(std::move(caption)), Keys(keys)
 {
 }
-void CommandButton::Accept(ControlVisitor& visitor) { visitor.Visit(*this); }
 
 CheckBox::CheckBox(Container& parent, std::string name, std::string caption)
     : Control(parent, std::move(name)), Caption(std::move(caption))
 {
 }
-void CheckBox::Accept(ControlVisitor& visitor) { visitor.Visit(*this); }
 
-void TextBox::Accept(ControlVisitor& visitor) { visitor.Visit(*this); }
+TextBox::TextBox(Container& parent, std::string name, float fontPoints)
+    : Control(parent, std::move(name)), FontPoints(fontPoints)
+{
+}
 
 Label::Label(Container& parent, std::string name, std::string caption)
     : Control(parent, std::move(name)), Caption(std::move(caption))
 {
 }
-void Label::Accept(ControlVisitor& visitor) { visitor.Visit(*this); }
 
 Picture::Picture(Container& parent, std::string name, std::string resource)
     : Control(parent, std::move(name)), Resource(std::move(resource))
 {
 }
-void Picture::Accept(ControlVisitor& visitor) { visitor.Visit(*this); }
 
-void Frame::Accept(ControlVisitor& visitor) { visitor.Visit(*this); }
 bool Frame::CanTakeFocus() const { return Visible() && Enabled() && Parent.CanTakeFocus(); }
 
 SSTab::SSTab(Container& parent, std::string name, std::vector<std::string> captions)
@@ -68,14 +74,13 @@ SSTab::SSTab(Container& parent, std::string name, std::vector<std::string> capti
         Click.Raise(before);
     });
 }
-void SSTab::Accept(ControlVisitor& visitor) { visitor.Visit(*this); }
+
 bool SSTab::CanTakeFocus() const { return Visible() && Enabled() && Parent.CanTakeFocus(); }
 
 StatusBar::StatusBar(Container& parent, std::string name, int panels)
     : Control(parent, std::move(name)), panels_(static_cast<std::size_t>(panels))
 {
 }
-void StatusBar::Accept(ControlVisitor& visitor) { visitor.Visit(*this); }
 
 Panel& StatusBar::Panels(int i)
 {

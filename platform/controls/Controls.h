@@ -4,6 +4,7 @@
 #pragma once
 
 #include <deque>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -17,7 +18,6 @@ using Twips = float;
 void RefuseNegative(const Twips& size);
 
 class Container;
-class ControlVisitor;
 
 /// What all controls share. A control registers with its container, which must outlive it.
 class Control {
@@ -33,8 +33,6 @@ public:
     /// not visible or not enabled.
     void SetFocus();
 
-    virtual void Accept(ControlVisitor& visitor) = 0;
-
     const std::string Name;
     Container& Parent;
     Property<Twips> Left;
@@ -44,15 +42,23 @@ public:
     Property<bool> Visible{true};
     Property<bool> Enabled{true};
     /// Place in the keyboard's tab order of the window, from 0; -1: not in it.
-    int TabIndex = -1;
+    Property<int> TabIndex{-1};
     /// In a tab panel: the tab that the control stands on, from 0.
-    int Page = 0;
+    Property<int> Page;
     /// The words that a screen reader says, where the control has no caption of its own.
-    std::string AccessibleName;
+    Property<std::string> AccessibleName;
 
     /// SetFocus was called and granted; the view moves the focus.
     Event<> FocusRequested;
 };
+
+/// Where the design of a window puts a control, and its place in the tab order (see Control::TabIndex).
+struct Place {
+    Control& control;
+    Twips left, top, width, height;
+    int tabIndex = -1;
+};
+void Arrange(std::initializer_list<Place> places);
 
 /// Something that holds controls: a window, a frame, a tab panel. The later of two that overlap
 /// stands in front.
@@ -65,21 +71,24 @@ public:
     std::vector<Control*> Controls;
 };
 
+/// The keys that press a button from anywhere in its window.
+struct ButtonKeys {
+    bool Default = false;  ///< Enter.
+    bool Cancel = false;   ///< Escape.
+};
+
 class CommandButton : public Control {
 public:
-    CommandButton(Container& parent, std::string name, std::string caption);
-    void Accept(ControlVisitor& visitor) override;
+    CommandButton(Container& parent, std::string name, std::string caption, ButtonKeys keys = {});
 
     Property<std::string> Caption;
-    bool Default = false;  ///< Enter presses it.
-    bool Cancel = false;   ///< Escape presses it.
+    const ButtonKeys Keys;
     Event<> Click;
 };
 
 class CheckBox : public Control {
 public:
     CheckBox(Container& parent, std::string name, std::string caption);
-    void Accept(ControlVisitor& visitor) override;
 
     Property<std::string> Caption;
     Property<int> Value;  ///< 1 ticked, 0 not.
@@ -87,17 +96,15 @@ public:
 
 class TextBox : public Control {
 public:
-    using Control::Control;
-    void Accept(ControlVisitor& visitor) override;
+    TextBox(Container& parent, std::string name, float fontPoints = 0);
 
     Property<std::string> Text;
-    float FontPoints = 0;  ///< 0: the desktop's own size.
+    const float FontPoints;  ///< 0: the desktop's own size.
 };
 
 class Label : public Control {
 public:
     Label(Container& parent, std::string name, std::string caption);
-    void Accept(ControlVisitor& visitor) override;
 
     Property<std::string> Caption;
 };
@@ -106,7 +113,6 @@ public:
 class Picture : public Control {
 public:
     Picture(Container& parent, std::string name, std::string resource);
-    void Accept(ControlVisitor& visitor) override;
 
     const std::string Resource;
 };
@@ -114,7 +120,6 @@ public:
 class Frame : public Control, public Container {
 public:
     using Control::Control;
-    void Accept(ControlVisitor& visitor) override;
     bool CanTakeFocus() const override;
 };
 
@@ -122,7 +127,6 @@ public:
 class SSTab : public Control, public Container {
 public:
     SSTab(Container& parent, std::string name, std::vector<std::string> captions);
-    void Accept(ControlVisitor& visitor) override;
     bool CanTakeFocus() const override;
 
     const std::vector<std::string> Captions;
@@ -145,7 +149,6 @@ struct Panel {
 class StatusBar : public Control {
 public:
     StatusBar(Container& parent, std::string name, int panels);
-    void Accept(ControlVisitor& visitor) override;
 
     /// Panel i, counted from 1. Throws ControlError for any other.
     Panel& Panels(int i);
@@ -202,25 +205,6 @@ public:
 
     Event<> Resize;          ///< The size changed, or the window was minimised or restored.
     Event<> CloseRequested;  ///< The close box or, in a dialog, Escape.
-};
-
-class ListView;
-class WebBrowser;
-
-/// Visits a control by its kind.
-class ControlVisitor {
-public:
-    virtual ~ControlVisitor() = default;
-    virtual void Visit(CommandButton&) = 0;
-    virtual void Visit(CheckBox&) = 0;
-    virtual void Visit(TextBox&) = 0;
-    virtual void Visit(Label&) = 0;
-    virtual void Visit(Picture&) = 0;
-    virtual void Visit(Frame&) = 0;
-    virtual void Visit(SSTab&) = 0;
-    virtual void Visit(StatusBar&) = 0;
-    virtual void Visit(ListView&) = 0;
-    virtual void Visit(WebBrowser&) = 0;
 };
 
 }  // namespace velmora

@@ -75,8 +75,6 @@ ListView::ListView(Container& parent, std::string name) : Control(parent, std::m
     Sorted.Changed.Add(sort);
 }
 
-void ListView::Accept(ControlVisitor& visitor) { visitor.Visit(*this); }
-
 void ListView::ClearColumnHeaders()
 {
     columns_.clear();

@@ -63,7 +63,6 @@ struct ColumnHeader {
 class ListView : public Control {
 public:
     ListView(Container& parent, std::string name);
-    void Accept(ControlVisitor& visitor) override;
 
     // Columns.
     const std::vector<ColumnHeader>& ColumnHeaders() const { return columns_; }

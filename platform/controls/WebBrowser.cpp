@@ -2,8 +2,6 @@
 
 namespace velmora {
 
-void WebBrowser::Accept(ControlVisitor& visitor) { visitor.Visit(*this); }
-
 void WebBrowser::Navigate(const std::string& url)
 {
     if (engine_) engine_->Navigate(url);

@@ -37,7 +37,6 @@ public:
     static constexpr int kCommandBack = 2;
 
     using Control::Control;
-    void Accept(ControlVisitor& visitor) override;
 
     /// Loads an address. An empty one gives an empty page, one without a scheme is taken for a web
     /// address; one that cannot be loaded gives a page that says so.

@@ -4,28 +4,33 @@
 
 namespace velmora {
 
-void PartWithChildren(Gtk::Widget& parent)
+FreeWidget::FreeWidget()
 {
-    parent.signal_destroy().connect([&parent] {
-        while (Gtk::Widget* child = parent.get_first_child()) child->unparent();
+    signal_destroy().connect([this] {
+        while (Gtk::Widget* child = get_first_child()) child->unparent();
     });
+    set_overflow(Gtk::Overflow::HIDDEN);
+}
+
+Gtk::SizeRequestMode FreeWidget::get_request_mode_vfunc() const { return Gtk::SizeRequestMode::CONSTANT_SIZE; }
+
+void FreeWidget::measure_vfunc(Gtk::Orientation, int, int& minimum, int& natural, int& minimumBaseline,
+                               int& naturalBaseline) const
+{
+    minimum = natural = 0;
+    minimumBaseline = naturalBaseline = -1;
 }
 
 Clip::Clip(Gtk::Widget& child, bool keepsHeight)
     : Glib::ObjectBase("velmora_Clip"), child_(child), keepsHeight_(keepsHeight)
 {
-    PartWithChildren(*this);
-    set_overflow(Gtk::Overflow::HIDDEN);
     child_.set_parent(*this);
 }
 
-Gtk::SizeRequestMode Clip::get_request_mode_vfunc() const { return Gtk::SizeRequestMode::CONSTANT_SIZE; }
-
-void Clip::measure_vfunc(Gtk::Orientation orientation, int, int& minimum, int& natural, int& minimumBaseline,
+void Clip::measure_vfunc(Gtk::Orientation orientation, int forSize, int& minimum, int& natural, int& minimumBaseline,
                          int& naturalBaseline) const
 {
-    minimum = natural = 0;
-    minimumBaseline = naturalBaseline = -1;
+    FreeWidget::measure_vfunc(orientation, forSize, minimum, natural, minimumBaseline, naturalBaseline);
     if (!keepsHeight_ || orientation != Gtk::Orientation::VERTICAL) return;
     int baseline = -1;
     child_.measure(orientation, -1, minimum, natural, baseline, baseline);

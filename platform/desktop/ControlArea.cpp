@@ -15,11 +15,7 @@ void PutAt(Gtk::Widget& widget, const Gdk::Rectangle& place)
     widget.size_allocate(place, -1);
 }
 
-ControlArea::ControlArea(ViewContext& context) : Glib::ObjectBase("velmora_ControlArea"), context_(context)
-{
-    PartWithChildren(*this);
-    set_overflow(Gtk::Overflow::HIDDEN);
-}
+ControlArea::ControlArea(ViewContext& context) : Glib::ObjectBase("velmora_ControlArea"), context_(context) {}
 
 ControlSlot& ControlArea::Add(Control& control, Gtk::Widget& view, Gtk::Widget& widget)
 {
@@ -30,15 +26,6 @@ ControlSlot& ControlArea::Add(Control& control, Gtk::Widget& view, Gtk::Widget& 
 }
 
 Gdk::Rectangle ControlArea::Place(const Control& control) const { return PlaceOf(control); }
-
-Gtk::SizeRequestMode ControlArea::get_request_mode_vfunc() const { return Gtk::SizeRequestMode::CONSTANT_SIZE; }
-
-void ControlArea::measure_vfunc(Gtk::Orientation, int, int& minimum, int& natural, int& minimumBaseline,
-                                int& naturalBaseline) const
-{
-    minimum = natural = 0;
-    minimumBaseline = naturalBaseline = -1;
-}
 
 void ControlArea::size_allocate_vfunc(int, int, int)
 {

@@ -7,7 +7,7 @@
 
 namespace velmora {
 
-class ControlArea : public Gtk::Widget {
+class ControlArea : public FreeWidget {
 public:
     explicit ControlArea(ViewContext& context);
 
@@ -19,9 +19,6 @@ protected:
     /// Where a control is to be; empty for a control that is not shown now.
     virtual Gdk::Rectangle Place(const Control& control) const;
 
-    Gtk::SizeRequestMode get_request_mode_vfunc() const override;
-    void measure_vfunc(Gtk::Orientation orientation, int forSize, int& minimum, int& natural, int& minimumBaseline,
-                       int& naturalBaseline) const override;
     void size_allocate_vfunc(int width, int height, int baseline) override;
 
     ViewContext& context_;

@@ -11,17 +11,21 @@ ControlSlot::ControlSlot(Control& control, Gtk::Widget& view, Gtk::Widget& widge
     : Glib::ObjectBase("velmora_ControlSlot"), Clip(view), control_(control), widget_(widget), context_(context)
 {
     widget.set_name(control.Name);
-    if (!control.AccessibleName.empty()) SetAccessibleName(widget, DisplayText(control.AccessibleName));
+    if (!control.AccessibleName().empty()) ShowAccessibleName();
     set_visible(control.Visible());
     view.set_sensitive(control.Enabled());
 
     for (velmora::Property<Twips>* edge : {&control.Left, &control.Top, &control.Width, &control.Height}) {
         subscriptions_.push_back(edge->Changed.Connect([this] { Replace(); }));
     }
+    subscriptions_.push_back(control.Page.Changed.Connect([this] { Replace(); }));
+    subscriptions_.push_back(control.AccessibleName.Changed.Connect([this] { ShowAccessibleName(); }));
     subscriptions_.push_back(control.Visible.Changed.Connect([this] { set_visible(control_.Visible()); }));
     subscriptions_.push_back(control.Enabled.Changed.Connect([this] { Enable(control_.Enabled()); }));
     subscriptions_.push_back(control.FocusRequested.Connect([this, &widget] { context_.MoveFocus(widget); }));
 }
+
+void ControlSlot::ShowAccessibleName() { SetAccessibleName(widget_, DisplayText(control_.AccessibleName())); }
 
 void ControlSlot::Enable(bool isEnabled)
 {

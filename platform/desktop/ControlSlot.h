@@ -19,6 +19,7 @@ public:
 private:
     void Replace();
     void Enable(bool isEnabled);
+    void ShowAccessibleName();
 
     Control& control_;
     Gtk::Widget& widget_;

@@ -19,7 +19,6 @@ constexpr int kLineHeight = 16;  // Room for one line of type.
 
 StatusBarView::StatusBarView(velmora::StatusBar& control) : Glib::ObjectBase("velmora_StatusBarView"), control_(control)
 {
-    PartWithChildren(*this);
     SetAccessibleRole(*this, Gtk::Accessible::Role::STATUS);
     add_css_class("statusline");
     for (int i = 1; i <= control.PanelCount(); ++i) AddPanel(i);
@@ -53,15 +52,6 @@ void StatusBarView::Fit(int i)
 {
     if (i == 1) return;
     FitCaption(*labels_[static_cast<std::size_t>(i - 1)], Edge(control_.Panels(i).Width()) - kPanelInset, kLineHeight);
-}
-
-Gtk::SizeRequestMode StatusBarView::get_request_mode_vfunc() const { return Gtk::SizeRequestMode::CONSTANT_SIZE; }
-
-void StatusBarView::measure_vfunc(Gtk::Orientation, int, int& minimum, int& natural, int& minimumBaseline,
-                                  int& naturalBaseline) const
-{
-    minimum = natural = 0;
-    minimumBaseline = naturalBaseline = -1;
 }
 
 void StatusBarView::size_allocate_vfunc(int width, int height, int)

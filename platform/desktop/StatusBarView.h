@@ -4,20 +4,17 @@
 #include <vector>
 
 #include <gtkmm/label.h>
-#include <gtkmm/widget.h>
 
 #include "platform/controls/Controls.h"
+#include "platform/desktop/Clip.h"
 
 namespace velmora {
 
-class StatusBarView : public Gtk::Widget {
+class StatusBarView : public FreeWidget {
 public:
     explicit StatusBarView(velmora::StatusBar& control);
 
 protected:
-    Gtk::SizeRequestMode get_request_mode_vfunc() const override;
-    void measure_vfunc(Gtk::Orientation orientation, int forSize, int& minimum, int& natural, int& minimumBaseline,
-                       int& naturalBaseline) const override;
     void size_allocate_vfunc(int width, int height, int baseline) override;
 
 private:

@@ -55,7 +55,7 @@ bool TabPanelView::FocusShownTab()
 
 Gdk::Rectangle TabPanelView::Place(const Control& control) const
 {
-    return control.Page == control_.Tab() ? ControlArea::Place(control) : Gdk::Rectangle(0, 0, 0, 0);
+    return control.Page() == control_.Tab() ? ControlArea::Place(control) : Gdk::Rectangle(0, 0, 0, 0);
 }
 
 void TabPanelView::size_allocate_vfunc(int width, int height, int baseline)

@@ -1,40 +1,30 @@
 #include "platform/desktop/ViewBuilder.h"
 
-#include <cmath>
-
-#include "platform/desktop/Accessible.h"
-#include "platform/desktop/ButtonView.h"
-#include "platform/desktop/CheckBoxView.h"
-#include "platform/desktop/DisplayText.h"
-#include "platform/desktop/LabelView.h"
 #include "platform/desktop/ListTable.h"
-#include "platform/desktop/PictureView.h"
 #include "platform/desktop/StatusBarView.h"
 #include "platform/desktop/TabPanelView.h"
-#include "platform/desktop/TextBoxView.h"
+#include "platform/desktop/WidgetViews.h"
 
 namespace velmora {
-namespace {
 
-/// The caption of the label that stands to the left of a control in its row; empty if there is none.
-std::string LabelBefore(const Control& control)
+template <class Kind>
+bool ViewBuilder::MakeIf(Control& control)
 {
-    constexpr Twips kRow = 300;
-    const Label* nearest = nullptr;
-    for (const Control* other : control.Parent.Controls) {
-        const auto* label = dynamic_cast<const Label*>(other);
-        if (!label || label->Page != control.Page || label->Left() > control.Left()) continue;
-        if (std::abs(label->Top() - control.Top()) > kRow) continue;
-        if (!nearest || label->Left() > nearest->Left()) nearest = label;
-    }
-    return nearest ? nearest->Caption() : std::string();
+    auto* const own = dynamic_cast<Kind*>(&control);
+    if (own) Make(*own);
+    return own != nullptr;
 }
-
-}  // namespace
 
 void ViewBuilder::Build(Container& container)
 {
-    for (Control* control : container.Controls) control->Accept(*this);
+    for (Control* control : container.Controls) {
+        // A control is of one kind only; with a kind that is not listed it has no view.
+        [[maybe_unused]] const bool isMade = MakeIf<CommandButton>(*control) || MakeIf<CheckBox>(*control) ||
+                                             MakeIf<TextBox>(*control) || MakeIf<Label>(*control) ||
+                                             MakeIf<Picture>(*control) || MakeIf<Frame>(*control) ||
+                                             MakeIf<SSTab>(*control) || MakeIf<StatusBar>(*control) ||
+                                             MakeIf<ListView>(*control) || MakeIf<WebBrowser>(*control);
+    }
 }
 
 void ViewBuilder::Put(Control& control, Gtk::Widget& widget, bool keepsTab)
@@ -43,43 +33,38 @@ void ViewBuilder::Put(Control& control, Gtk::Widget& widget, bool keepsTab)
     context_.stops.push_back({&control, &widget, &place, keepsTab});
 }
 
-void ViewBuilder::Visit(CommandButton& control)
+void ViewBuilder::Make(CommandButton& control)
 {
-    auto* button = Gtk::make_managed<ButtonView>(control);
-    Put(control, *button);
-    if (control.Default) context_.defaultButton = button;
-    if (control.Cancel) context_.cancelButton = &control;
+    Gtk::Button& button = MakeView(control);
+    Put(control, button);
+    if (control.Keys.Default) context_.defaultButton = &button;
+    if (control.Keys.Cancel) context_.cancelButton = &control;
 }
 
-void ViewBuilder::Visit(CheckBox& control) { Put(control, *Gtk::make_managed<CheckBoxView>(control)); }
+void ViewBuilder::Make(CheckBox& control) { Put(control, MakeView(control)); }
 
-void ViewBuilder::Visit(TextBox& control)
+void ViewBuilder::Make(TextBox& control) { Put(control, MakeView(control)); }
+
+void ViewBuilder::Make(Label& control)
 {
-    auto* entry = Gtk::make_managed<TextBoxView>(control);
-    if (const std::string name = LabelBefore(control); !name.empty()) SetAccessibleName(*entry, OneLine(name));
-    Put(control, *entry);
+    Gtk::Widget& view = MakeView(control);
+    area_.Add(control, view, view);
 }
 
-void ViewBuilder::Visit(Label& control)
+void ViewBuilder::Make(Picture& control)
 {
-    auto* label = Gtk::make_managed<LabelView>(control);
-    area_.Add(control, *label, *label);
+    Gtk::Widget& view = MakeView(control);
+    area_.Add(control, view, view);
 }
 
-void ViewBuilder::Visit(Picture& control)
-{
-    auto* picture = Gtk::make_managed<PictureView>(control);
-    area_.Add(control, *picture, *picture);
-}
-
-void ViewBuilder::Visit(Frame& control)
+void ViewBuilder::Make(Frame& control)
 {
     auto* inside = Gtk::make_managed<ControlArea>(context_);
     area_.Add(control, *inside, *inside);
     ViewBuilder(*inside, context_).Build(control);
 }
 
-void ViewBuilder::Visit(SSTab& control)
+void ViewBuilder::Make(SSTab& control)
 {
     auto* panel = Gtk::make_managed<TabPanelView>(control, context_);
     ControlSlot& place = area_.Add(control, *panel, *panel);
@@ -88,13 +73,13 @@ void ViewBuilder::Visit(SSTab& control)
     ViewBuilder(*panel, context_).Build(control);
 }
 
-void ViewBuilder::Visit(StatusBar& control)
+void ViewBuilder::Make(StatusBar& control)
 {
     auto* bar = Gtk::make_managed<StatusBarView>(control);
     area_.Add(control, *bar, *bar);
 }
 
-void ViewBuilder::Visit(ListView& control)
+void ViewBuilder::Make(ListView& control)
 {
     auto* table = Gtk::make_managed<ListTable>(control);
     ControlSlot& place = area_.Add(control, *table, table->Columns());
@@ -102,7 +87,7 @@ void ViewBuilder::Visit(ListView& control)
     context_.stops.push_back({&control, &table->Columns(), &place, false, enter});
 }
 
-void ViewBuilder::Visit(WebBrowser& control)
+void ViewBuilder::Make(WebBrowser& control)
 {
     Gtk::Widget* page = context_.browserWidget ? context_.browserWidget(control) : nullptr;
     if (page) Put(control, *page, true);

@@ -7,24 +7,27 @@
 
 namespace velmora {
 
-class ViewBuilder : public ControlVisitor {
+class ViewBuilder {
 public:
     ViewBuilder(ControlArea& area, ViewContext& context) : area_(area), context_(context) {}
 
     void Build(Container& container);
 
-    void Visit(CommandButton& control) override;
-    void Visit(CheckBox& control) override;
-    void Visit(TextBox& control) override;
-    void Visit(Label& control) override;
-    void Visit(Picture& control) override;
-    void Visit(Frame& control) override;
-    void Visit(SSTab& control) override;
-    void Visit(StatusBar& control) override;
-    void Visit(ListView& control) override;
-    void Visit(WebBrowser& control) override;
-
 private:
+    /// Makes the view if the control is of this kind.
+    template <class Kind>
+    bool MakeIf(Control& control);
+
+    void Make(CommandButton& control);
+    void Make(CheckBox& control);
+    void Make(TextBox& control);
+    void Make(Label& control);
+    void Make(Picture& control);
+    void Make(Frame& control);
+    void Make(SSTab& control);
+    void Make(StatusBar& control);
+    void Make(ListView& control);
+    void Make(WebBrowser& control);
     /// Adds a widget that is a control's whole view, and takes its focus.
     void Put(Control& control, Gtk::Widget& widget, bool keepsTab = false);
 

@@ -60,9 +60,10 @@ std::vector<FocusStop> ViewContext::TabOrder() const
 {
     std::vector<FocusStop> order;
     std::copy_if(stops.begin(), stops.end(), std::back_inserter(order),
-                 [](const FocusStop& stop) { return stop.control->TabIndex >= 0; });
-    std::stable_sort(order.begin(), order.end(),
-                     [](const FocusStop& a, const FocusStop& b) { return a.control->TabIndex < b.control->TabIndex; });
+                 [](const FocusStop& stop) { return stop.control->TabIndex() >= 0; });
+    std::stable_sort(order.begin(), order.end(), [](const FocusStop& a, const FocusStop& b) {
+        return a.control->TabIndex() < b.control->TabIndex();
+    });
     return order;
 }
 

@@ -7,7 +7,6 @@
 
 #include <fstream>
 
-#include "platform/desktop/TextBoxView.h"
 #include "tests/desktop/Hands.h"
 #include "tests/desktop/Harness.h"
 

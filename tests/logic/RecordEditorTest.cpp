@@ -35,7 +35,7 @@ TEST_F(RecordEditor, ShowsAsManyFieldsAsThereAre)
                 EXPECT_EQ(editor.lblName[n].Caption(), real ? "f" + std::to_string(i) : "Blank") << i;
                 EXPECT_EQ(editor.txtValue[n].Text(), real ? "v" + std::to_string(i) : "") << i;
                 EXPECT_EQ(editor.txtValue[n].Enabled(), real) << i;
-                EXPECT_EQ(editor.txtValue[n].Page, i / 20) << i;
+                EXPECT_EQ(editor.txtValue[n].Page(), i / 20) << i;
             }
         });
         EXPECT_EQ(Status(), "Modification is cancelled!");
