@@ -2,6 +2,7 @@
 #include <exception>
 
 #include "platform/text/Search.h"
+#include "playback/ElementKind.h"
 #include "shell/frmBrowser.h"
 
 namespace velmora {
@@ -16,10 +17,10 @@ void frmBrowser::AutoClickSubmit(Form& form, const std::vector<std::string>& nam
         const int length = inputs->Length();
         for (int i = 0; i < length; ++i) {
             const auto input = inputs->Item(i);
-            const std::string type = LowerCase(input->Type());
-            if (type == "text" && !fieldSeen) {
+            const ElementKind kind = KindOf(input->Type());
+            if (kind == ElementKind::Text && !fieldSeen) {
                 fieldSeen = std::find(fields.begin(), fields.end(), LowerCase(input->Name())) != fields.end();
-            } else if (type == "image" && fieldSeen && !input->Src().empty()) {
+            } else if (kind == ElementKind::Image && fieldSeen && !input->Src().empty()) {
                 input->Click();
                 return;
             }

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/text/Search.h"
+#include "playback/ElementKind.h"
 #include "shell/frmBrowser.h"
 
 namespace velmora {
@@ -87,15 +88,15 @@ bool frmBrowser::WalkElements(const std::string& mode, Form& form)
     const int elements = form.Length();
     for (int j = 0; j < elements; ++j) {
         const auto element = form.Elements(j);
-        const std::string type = LowerCase(element->Type());
+        const ElementKind kind = KindOf(element->Type());
         const std::string name = LowerCase(element->Name());
         std::string recorded;
         const bool found = GetFieldValue(name, recorded);
         if (j == 0 && !found) return false;
         if (mode == kWrite) {
-            WriteElement(*element, type, name, recorded);
+            WriteElement(*element, kind, name, recorded);
         } else {
-            ReadElement(*element, type, name, recorded);
+            ReadElement(*element, kind, name, recorded);
         }
     }
     return true;
@@ -106,7 +107,7 @@ void frmBrowser::SubmitForm(Form& form)
     const int elements = form.Length();
     for (int j = 0; j < elements; ++j) {
         const auto element = form.Elements(j);
-        if (LowerCase(element->Type()) == "submit") {
+        if (KindOf(element->Type()) == ElementKind::Submit) {
             element->Click();
             return;
         }

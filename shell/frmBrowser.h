@@ -26,6 +26,7 @@ class frmEdit;
 class frmHome;
 class frmProxy;
 struct FileEntry;
+enum class ElementKind;
 
 class frmBrowser : public Window {
 public:
@@ -319,8 +320,8 @@ private:
     std::shared_ptr<Form> WalkForms(const std::string& mode, Document& document, std::string& action);
     /// False if the form's first element is no recorded field.
     bool WalkElements(const std::string& mode, Form& form);
-    void ReadElement(Element& element, const std::string& type, const std::string& name, const std::string& recorded);
-    void WriteElement(Element& element, const std::string& type, const std::string& name, const std::string& recorded);
+    void ReadElement(Element& element, ElementKind kind, const std::string& name, const std::string& recorded);
+    void WriteElement(Element& element, ElementKind kind, const std::string& name, const std::string& recorded);
     void SubmitForm(Form& form);
 
     /// Shows the fields of a record in the editor; the number of fields.
