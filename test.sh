@@ -6,7 +6,8 @@ cd "$(dirname "$0")"
 . tools/lib.sh
 
 need_packages build run test
-build dev
+preset=${VELMORA_PRESET:-dev}
+build "$preset"
 say "testing"
-with_screen ctest --test-dir build/dev --output-on-failure --no-tests=error -j "$(nproc)" "$@" ||
+with_screen ctest --test-dir "build/$preset" --output-on-failure --no-tests=error -j "$(nproc)" "$@" ||
     fail "some tests did not pass, see above"

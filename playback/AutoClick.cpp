@@ -10,6 +10,7 @@ namespace velmora {
 void frmBrowser::AutoClickSubmit(Form& form, const std::vector<std::string>& names)
 {
     std::vector<std::string> fields;
+    fields.reserve(names.size());
     for (const std::string& name : names) fields.push_back(LowerCase(name));
     try {
         const auto inputs = form.Document()->GetElementsByTagName("INPUT");

@@ -28,7 +28,7 @@ std::string LoadableAddress(const std::string& typed)
     constexpr char kBlanks[] = " \t\r\n\f\v";
     const std::size_t first = typed.find_first_not_of(kBlanks);
     if (first == std::string::npos) return "about:blank";
-    const std::string address = typed.substr(first, typed.find_last_not_of(kBlanks) - first + 1);
+    std::string address = typed.substr(first, typed.find_last_not_of(kBlanks) - first + 1);
     if (HasScheme(address)) return address;
     if (address.starts_with("//")) return "http:" + address;
     if (address.starts_with("/")) return "file://" + address;

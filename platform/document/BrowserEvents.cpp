@@ -33,7 +33,7 @@ std::uint64_t Now()
 
 // --- What comes in --------------------------------------------------------------------------------
 
-void BrowserEvents::Announce(Navigation navigation, Decide decide)
+void BrowserEvents::Announce(Navigation navigation, const Decide& decide)
 {
     if (navigation.cause && navigation.cause->isForm) {
         lastSender_ = navigation.cause->place.document;

@@ -39,7 +39,7 @@ public:
     }
 
     /// Announces a navigation; when its handler has run, `decide` is called.
-    void Announce(Navigation navigation, Decide decide);
+    void Announce(Navigation navigation, const Decide& decide);
     /// Nothing is loading any more. If a navigation was announced and no document has come of it, the
     /// program is told so; false if a document that has begun may still finish.
     bool Rest();

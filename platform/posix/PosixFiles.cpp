@@ -69,7 +69,7 @@ std::string FolderOf(const std::string& path)
 std::string HashOf(std::string_view text)
 {
     std::uint64_t hash = 14695981039346656037u;
-    for (const unsigned char c : text) hash = (hash ^ c) * 1099511628211u;
+    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211u;
     std::array<char, kHashDigits + 1> digits{};
     std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(hash));
     return digits.data();
@@ -197,7 +197,7 @@ std::string ReadWhole(int fd, const std::string& path)
     if (::fstat(fd, &status) != 0) Fail("cannot read", path, errno);
     if (!S_ISREG(status.st_mode)) throw FileError(path + " is no plain file");
     std::string bytes;
-    std::vector<char> block(64 * 1024);
+    std::vector<char> block(std::size_t{64} << 10);
     for (;;) {
         const ssize_t got = ::read(fd, block.data(), block.size());
         if (got < 0 && errno == EINTR) continue;

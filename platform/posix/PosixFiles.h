@@ -19,7 +19,7 @@ namespace velmora {
 class PosixFiles : public Files {
 public:
     /// No record comes near this; a file that is longer is neither read nor written.
-    static constexpr std::size_t kMaxBytes = 16 * 1024 * 1024;
+    static constexpr std::size_t kMaxBytes = std::size_t{16} << 20;
 
     /// Without a folder, ProgramFolder() is the one that the running program lies in.
     explicit PosixFiles(std::string programFolder = {});

@@ -133,7 +133,7 @@ std::optional<ProxyTable::Row> SqliteProxyTable::TakeFirst(const std::string& pa
     const Database database = Open(path);
     // Nobody else writes between the reading and the marking; what fails on the way is undone by closing.
     Execute(database, "begin immediate");
-    const std::optional<Row> taken = MarkFirst(database, mark);
+    std::optional<Row> taken = MarkFirst(database, mark);
     Execute(database, "commit");
     return taken;
 }

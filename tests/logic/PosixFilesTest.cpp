@@ -107,7 +107,7 @@ TEST_F(PosixFilesTest, AWriteThatFailsLeavesTheFolderAsItWas)
     files.Write(Path("a.xml"), "old");
     std::vector<std::string> told;
     files.WriteFailed = [&told](const std::string& why) { told.push_back(why.substr(why.rfind(": "))); };
-    for (const unsigned call : {SYS_write, SYS_fsync}) {
+    for (const unsigned call : {unsigned{SYS_write}, unsigned{SYS_fsync}}) {
         WithFailing(call, ENOSPC, [&] { EXPECT_THROW(files.Write(Path("a.xml"), std::string(5000, 'x')), FileError); });
     }
     EXPECT_THROW(files.Write(Path("a.xml"), std::string(PosixFiles::kMaxBytes + 1, 'x')), FileError);
