@@ -19,6 +19,7 @@ packages_of() {
 missing_packages() {
     local installed
     # dpkg-query fails when it does not know a package; what it does not print is missing.
+    # shellcheck disable=SC2016 # the dollar is dpkg-query's
     installed=$(packages_of "$@" | xargs dpkg-query -W -f '${db:Status-Status} ${Package}\n' 2>/dev/null || true)
     packages_of "$@" | grep -vxF -f <(sed -n 's/^installed //p' <<<"$installed") || true
 }
