@@ -2,7 +2,7 @@
 //
 // The same page is loaded by the program and by a bare view of the engine, in turn. The page tells
 // both times itself: when its load event came, and when it was first on the screen after that, which
-// in the program is behind the reading of the finished document.
+// in the program comes after the reading of the finished document.
 #include <benchmark/benchmark.h>
 
 #include "bench/BenchPage.h"

@@ -32,7 +32,7 @@ std::string FormPage(int fields)
     return html + "<input type='submit'></form>";
 }
 
-// As many fields as a record holds; the text fields behind them are emptied.
+// As many fields as a record holds; the text fields after them are emptied.
 constexpr int kMostRecorded = 60;
 
 /// The post data of the form.

@@ -19,7 +19,7 @@ std::size_t CostOf(const std::string& page, const std::string& action)
     return page.size() + action.size() + 2 * sizeof(std::string);
 }
 
-// The next form tag of a page, and where the search goes on behind it.
+// The next form tag of a page, and where the search goes on after it.
 struct FormTag {
     std::string text;
     std::size_t end;

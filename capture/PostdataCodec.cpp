@@ -167,11 +167,12 @@ void frmBrowser::SplitPostdata(const std::string& s, std::vector<std::string>& n
         const std::size_t equals = piece.find('=');
         const bool isPair = equals != std::string_view::npos;
         if (count == kMostFields && (!isLast || isPair)) {
+            // The text is fixed; the number in it is not that of the limit.
             ShowStatus("Warning: Only maximum 20 fields can be recorded!");
             return;
         }
         if (isPair) {
-            // Cuts off what an earlier, longer table had behind this place.
+            // Cuts off what an earlier, longer table had after this place.
             names.resize(count + 1);
             values.resize(count + 1);
             names[count] = piece.substr(0, equals);

@@ -1,4 +1,4 @@
-// Whose turn it is. What the browser tells and what the user does is handled one after the other: a
+// Whose turn it is. The browser's events and the user's actions are handled one after the other: a
 // question to the user holds the turn in which it was asked, and so does a wait for a page.
 #pragma once
 
@@ -22,7 +22,7 @@ public:
     void Take(Action action);
     /// The same, but never before this returns: for whoever must not be held up.
     void Post(Action action);
-    /// Runs the action now, ahead of those that wait; false, and the action is not run, if a turn is
+    /// Runs the action now, before those that wait; false, and the action is not run, if a turn is
     /// under way.
     bool TakeAtOnce(const Action& action);
     /// From now on nothing is run any more.

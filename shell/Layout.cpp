@@ -9,6 +9,8 @@ void frmBrowser::Form_Resize()
 {
     if (ScaleWidth() == 0 && ScaleHeight() == 0) return;
     try {
+        // 520, 400, 500 and 250 are what stays free beside a control, the window's own frame included; 1700 what
+        // stays free above and below the page. docs/desktop.md takes them apart.
         txtUrl.Width = std::nearbyint(Width() - lblUrl.Width() - 520);
         wbMyBrowser.Width = Width() - 400;
         wbMyBrowser.Height = Height() - Frame1.Height() - SSTab1.Height() - SSTab1.TabHeight() - 1700;

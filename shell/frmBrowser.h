@@ -84,7 +84,7 @@ public:
     static bool UrlsMatch(std::string& a, std::string& b);
     /// The file name of an address, without its query. Lower-cases `s` in place.
     static std::string GetUrlFileName(std::string& s);
-    /// What stands behind the last "/".
+    /// What stands after the last "/".
     static std::string GetLastSegment(const std::string& s);
     /// The lower-case form of an address, cut before its first "?": the key of a permanent row.
     static std::string StripQuery(const std::string& s);
@@ -109,7 +109,7 @@ public:
     /// "*frame*" for a document with frames. A failure keeps the entries made so far.
     void CollectFormActions(BrowserObject& pDisp, const std::string& URL, int& noOfFormAction,
                             std::vector<std::string>& formActionPage, std::vector<std::string>& formAction);
-    /// The raw value behind "action=" in a tag, quotes included, up to the next blank or ">".
+    /// The raw value after "action=" in a tag, quotes included, up to the next blank or ">".
     static std::string ExtractFormAction(const std::string& strTag);
     /// The action of the first form tag that holds "id=" and the id; of the first at all if the id
     /// is empty. Throws std::runtime_error on a tag that does not end.
@@ -155,14 +155,14 @@ public:
     static std::string BuildHomeXml(const std::string& home);
     /// Never fails. For a Type of "Home" the other fields stay as they were.
     static void ParseSessionXml(const std::string& text, RecordItem& record);
-    /// The text between the first <tag> and the first </tag> behind it, letter case ignored.
+    /// The text between the first <tag> and the first </tag> after it, letter case ignored.
     static std::string GetXmlElement(const std::string& text, const std::string& tag);
     static std::string MakeSessionFileName(const std::string& Url);
     /// The path of the session file of an address.
     std::string SessionFilePath(const std::string& Url);
     /// False, and `text` left alone, if the file could not be read whole.
     bool ReadTextFile(const std::string& path, std::string& text);
-    /// Puts a file with the text and a line end behind it at the path. A failure is silent and leaves
+    /// Puts a file with the text and a line end after it at the path. A failure is silent and leaves
     /// the file that was there.
     void WriteTextFile(const std::string& path, const std::string& text);
 
@@ -201,7 +201,7 @@ public:
     void cmdFill_Click();
     /// Fills the finished document from the first permanent record of its address.
     void PlayDocument(BrowserObject& pDisp, const std::string& URL);
-    /// Clicks the first image button behind a recorded text field, or tells the user to click.
+    /// Clicks the first image button after a recorded text field, or tells the user to click.
     void AutoClickSubmit(Form& form, const std::vector<std::string>& names);
 
     // --- Editor (editor/RecordEditor.cpp) ---------------------------------------------------------

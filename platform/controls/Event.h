@@ -1,4 +1,4 @@
-// Events: what a control, the browser or a timer tells the program.
+// Events: by which a control, the browser or a timer notifies the program.
 #pragma once
 
 #include <algorithm>

@@ -41,6 +41,7 @@ public:
     /// Loads an address. An empty one gives an empty page, one without a scheme is taken for a web
     /// address; one that cannot be loaded gives a page that says so.
     void Navigate(const std::string& url);
+    /// The same; the logic keeps both names apart by who asks: the user's Go, or a menu item.
     void Navigate2(const std::string& url);
     void GoBack();
     std::shared_ptr<velmora::Document> Document() override;
@@ -51,7 +52,7 @@ public:
     /// load that was broken off, a place in the page that is shown.
     Event<> NavigationEnded;
     /// The user goes on with a document (and its address) that stayed after something was sent with it.
-    /// Comes ahead of the BeforeNavigate2 of what is sent next.
+    /// Comes before the BeforeNavigate2 of what is sent next.
     Event<BrowserObject&, const std::string&> DocumentResumed;
     /// Set true to refuse the window. True from the start: the browser has refused it already, since the
     /// user could not be asked.

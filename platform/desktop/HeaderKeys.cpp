@@ -27,7 +27,7 @@ void HeaderKeys::Add(Gtk::Widget& title)
     keys->signal_key_pressed().connect(
         [this, number](guint key, guint, Gdk::ModifierType) { return OnTitleKey(number, key); }, false);
     title.add_controller(keys);
-    // Only on the way: otherwise the Tab key would stop at every title ahead of the rows.
+    // Only on the way: otherwise the Tab key would stop at every title before the rows.
     auto focus = Gtk::EventControllerFocus::create();
     focus->signal_leave().connect([&title] { title.set_focusable(false); });
     title.add_controller(focus);

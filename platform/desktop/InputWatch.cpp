@@ -39,11 +39,11 @@ void InputWatch::Observe(Gtk::Window& window)
     keys->signal_key_pressed().connect(pressed, false);
     keys->signal_key_released().connect([this](guint, guint code, Gdk::ModifierType) { down_.erase(code); });
     const auto presses = AddEarly<Gtk::EventControllerLegacy>(window);
-    const auto told = [this](const Glib::RefPtr<const Gdk::Event>& event) {
+    const auto noted = [this](const Glib::RefPtr<const Gdk::Event>& event) {
         if (IsPress(event)) NoteChoice();
         return false;
     };
-    presses->signal_event().connect(told, false);
+    presses->signal_event().connect(noted, false);
 }
 
 void InputWatch::NoteKey(const Gtk::Window& window, guint key, guint code)
@@ -59,7 +59,7 @@ bool InputWatch::IsHeld(guint code)
 {
     const auto key = down_.find(code);
     if (key == down_.end()) return false;
-    // Where it was let go may not have been told here.
+    // Where it was let go may have gone to another window.
     const bool isHeld = Now() - key->second < kLongestPause;
     if (isHeld) {
         key->second = Now();

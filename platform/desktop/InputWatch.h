@@ -30,7 +30,7 @@ private:
     /// True for the repetition of a key that went down somewhere else.
     bool IsHeld(guint code);
 
-    std::map<guint, Time> down_;  ///< When each key that is down was last told of.
+    std::map<guint, Time> down_;  ///< When each key that is down was last seen.
     Time lastTyped_;              ///< The last key; none if it chose something.
 };
 

@@ -21,7 +21,7 @@ ListModel::ListModel(velmora::ListView& list)
         OnRowsChanged(static_cast<guint>(position), static_cast<guint>(gone), static_cast<guint>(added));
     });
     selection_ = list.SelectionChanged.Connect([this] {
-        // Which rows lost and won the mark is not told; only those in sight are looked at again.
+        // Which rows lost and won the mark is not known; only those in sight are looked at again.
         if (announced_ > 0) selection_changed(0, announced_);
     });
 }
@@ -40,7 +40,7 @@ void ListModel::OnRowsChanged(guint position, guint gone, guint added)
     if (before + added == count + gone) {
         items_changed(position, gone, added);
     } else {
-        // Some rows at the end were not told yet: all behind the change is told anew.
+        // Some rows at the end were not announced yet: all after the change is announced anew.
         const guint first = std::min(position, before);
         items_changed(first, before - first, count - first);
     }
@@ -109,7 +109,7 @@ bool ListModel::select_item_vfunc(guint position, bool)
 
 ListItem* ListModel::RowAt(guint position) const
 {
-    // A row that is gone from the list may still be announced while its going is being told.
+    // A row that is gone from the list may still be announced while its removal is being announced.
     if (position >= announced_ || position >= static_cast<guint>(list_.Count())) return nullptr;
     return &list_.Item(static_cast<int>(position) + 1);
 }

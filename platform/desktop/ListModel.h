@@ -1,5 +1,5 @@
 // The rows of a list as the toolkit asks for them: an object for a row is made only while the row is
-// in sight. Rows that are added one by one in a rush are told in batches: the toolkit goes through all
+// in sight. Rows that are added one by one in a rush are announced in batches: the toolkit goes through all
 // of its rows at each of them, which takes a list of 100,000 minutes. The selection is the list's own,
 // so that there is no second one to keep in step.
 #pragma once
@@ -58,7 +58,7 @@ private:
     void AnnounceSoon();
 
     velmora::ListView& list_;
-    guint announced_;  ///< Rows that the toolkit knows of; those behind them are to be told.
+    guint announced_;  ///< Rows that the toolkit knows of; those after them are still to be announced.
     std::chrono::steady_clock::time_point nextAnnouncement_;  ///< Earliest time of the next one in a rush.
     sigc::connection later_;
     Subscription rows_, selection_;

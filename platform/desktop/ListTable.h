@@ -25,7 +25,7 @@ private:
     /// The title of the column that was added last; null if the toolkit keeps none where it is looked for.
     Gtk::Widget* NewestTitle();
     void FitTitle(Gtk::Widget& title, int width);
-    /// Raises the list's ColumnClick for a click on the title; GTK tells of clicks to sorters only.
+    /// Raises the list's ColumnClick for a click on the title; GTK notifies sorters only.
     void WatchClicks(Gtk::Widget& title, int column);
 
     void PressTitle(int column);

@@ -64,7 +64,7 @@ void MenuView::AddAction(MenuItem& item)
 {
     auto action = item.Checkable ? Gio::SimpleAction::create_bool(item.Name, item.Checked())
                                  : Gio::SimpleAction::create(item.Name);
-    // The check mark is the item's own: a click only tells of itself.
+    // The check mark is the item's own: a click does not change it.
     action->signal_activate().connect([this, &item](const Glib::VariantBase&) {
         if (Chosen) Chosen();
         item.Click.Raise();

@@ -22,7 +22,7 @@ public:
     /// The actions that the bar's entries stand for; the bar finds them as "menu.<name of the item>".
     Glib::RefPtr<Gio::ActionGroup> Actions() const { return actions_; }
 
-    /// Called when the user has chosen an entry, ahead of the entry's Click.
+    /// Called when the user has chosen an entry, before the entry's Click.
     std::function<void()> Chosen;
 
 private:

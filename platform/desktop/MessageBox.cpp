@@ -110,7 +110,7 @@ void MessageBox::FitText(const Gdk::Rectangle& screen)
         scroller_->set_size_request(widest, highest);
         return;
     }
-    // The size is settled here: asked for its height by a scroller, a wrapping label tells that of its
+    // The size is settled here: asked for its height by a scroller, a wrapping label gives that of its
     // narrowest form.
     auto layout = label_->create_pango_layout(label_->get_text());
     layout->set_width(widest * Pango::SCALE);

@@ -25,9 +25,9 @@ private:
     Gtk::Widget& MakeText(const std::string& text);
     Gtk::Widget& MakeShortText(const std::string& text);
     Gtk::Widget& MakeLongText(const std::string& text);
-    /// Settles the size of the text; only once it is in the window, whose type it takes.
     /// What a title bar needs to show the title in full, as far as the screen has room.
     int WidthOfTitle(const std::string& title, const Gdk::Rectangle& screen);
+    /// Settles the size of the text; only once it is in the window, whose type it takes.
     void FitText(const Gdk::Rectangle& screen);
     Gtk::Widget& MakeButtons(Buttons buttons);
     void AddButton(Gtk::Box& row, const char* name, const char* caption, Answer answer);

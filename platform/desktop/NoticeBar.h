@@ -1,4 +1,4 @@
-// A line in a window that tells something and holds nothing up.
+// Lines of news in a window that hold nothing up.
 #pragma once
 
 #include <deque>

@@ -28,7 +28,7 @@ public:
     static std::string DiskName(const std::string& name, std::size_t limit);
 
     /// Called when a write fails, with the file and the reason. The same failure of the same file is
-    /// told once, until that file can be written again.
+    /// reported once, until that file can be written again.
     std::function<void(const std::string& why)> WriteFailed;
 
     std::string ProgramFolder() override { return programFolder_; }

@@ -11,7 +11,7 @@ namespace velmora {
 /// 90, 9D) give the control characters of the same number, so that every byte has a character.
 char32_t CharacterOfCode(unsigned char code);
 
-/// The code of a character, or nothing if the page does not hold it.
+/// The code of a character, or nothing if the code page does not hold it.
 std::optional<unsigned char> CodeOfCharacter(char32_t character);
 
 /// The UTF-8 text of bytes in the code page, one character for each byte.

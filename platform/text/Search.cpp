@@ -27,7 +27,7 @@ std::vector<std::size_t> BordersOf(const std::string& pattern)
     return borders;
 }
 
-// The next place at or behind `from` that holds the folded character.
+// The next place at or after `from` that holds the folded character.
 std::size_t NextCandidate(std::string_view text, char folded, std::size_t from)
 {
     if (folded < 'a' || folded > 'z') {

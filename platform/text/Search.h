@@ -16,7 +16,7 @@ std::string LowerCase(std::string_view text);
 /// Whether the lower-case forms of two texts are the same.
 bool EqualIgnoringCase(std::string_view a, std::string_view b);
 
-/// The place (from 0, in bytes) of the first `wanted` in `text` at or behind `from`, ASCII letter
+/// The place (from 0, in bytes) of the first `wanted` in `text` at or after `from`, ASCII letter
 /// case ignored; npos if there is none.
 std::size_t FindIgnoringCase(std::string_view text, std::string_view wanted, std::size_t from = 0);
 

@@ -9,7 +9,7 @@
 
 namespace velmora {
 
-/// Reads the character at `position` (in bytes, before the end) and moves the position behind it.
+/// Reads the character at `position` (in bytes, before the end) and moves the position past it.
 char32_t NextCharacter(std::string_view text, std::size_t& position);
 
 /// Appends a character as UTF-8.
