@@ -92,6 +92,7 @@ bool frmBrowser::WalkElements(const std::string& mode, Form& form)
         const std::string name = LowerCase(element->Name());
         std::string recorded;
         const bool found = GetFieldValue(name, recorded);
+        // Several forms of a page may go to one address: the first element tells the recorded one.
         if (j == 0 && !found) return false;
         if (mode == kWrite) {
             WriteElement(*element, kind, name, recorded);

@@ -11,6 +11,7 @@
 #include <pangomm/attrlist.h>
 
 #include <cmath>
+#include <functional>
 
 #include "desktop_files.h"
 #include "platform/desktop/Accessible.h"
@@ -31,9 +32,23 @@ constexpr int kInsetDown = 4;
 // A check box narrower than this has room for its box only; its words are then left to a label.
 constexpr int kNarrowestWithCaption = 40;
 
+/// Calls a function when a view comes onto the screen, where its font is known, and at each new size of its
+/// control.
+class SizeWatch {
+public:
+    SizeWatch(Gtk::Widget& view, Control& control, const std::function<void()>& fit)
+        : width_(control.Width.Changed.Connect(fit)), height_(control.Height.Changed.Connect(fit))
+    {
+        view.signal_map().connect(fit);
+    }
+
+private:
+    Subscription width_, height_;
+};
+
 class ButtonView : public Gtk::Button {
 public:
-    explicit ButtonView(CommandButton& control) : control_(control)
+    explicit ButtonView(CommandButton& control) : control_(control), size_(*this, control, [this] { Fit(); })
     {
         add_css_class("command");
         const ButtonMargins margins = MarginsOf(control);
@@ -43,10 +58,7 @@ public:
         set_child(label_);
         ShowCaption();
         signal_clicked().connect([this] { control_.Click.Raise(); });
-        signal_map().connect([this] { Fit(); });
         caption_ = control.Caption.Changed.Connect([this] { ShowCaption(); });
-        width_ = control.Width.Changed.Connect([this] { Fit(); });
-        height_ = control.Height.Changed.Connect([this] { Fit(); });
     }
 
 private:
@@ -67,7 +79,8 @@ private:
 
     CommandButton& control_;
     Gtk::Label label_;
-    Subscription caption_, width_, height_;
+    SizeWatch size_;
+    Subscription caption_;
 };
 
 class CheckBoxView : public Gtk::CheckButton {
@@ -153,15 +166,12 @@ private:
 
 class LabelView : public Gtk::Label {
 public:
-    explicit LabelView(velmora::Label& control) : control_(control)
+    explicit LabelView(velmora::Label& control) : control_(control), size_(*this, control, [this] { Fit(); })
     {
         set_xalign(0);
         set_yalign(0);
         ShowCaption();
-        signal_map().connect([this] { Fit(); });
         caption_ = control.Caption.Changed.Connect([this] { ShowCaption(); });
-        width_ = control.Width.Changed.Connect([this] { Fit(); });
-        height_ = control.Height.Changed.Connect([this] { Fit(); });
     }
 
 private:
@@ -184,7 +194,8 @@ private:
     }
 
     velmora::Label& control_;
-    Subscription caption_, width_, height_;
+    SizeWatch size_;
+    Subscription caption_;
 };
 
 }  // namespace
