@@ -8,10 +8,10 @@
 #include "platform/desktop/Desktop.h"
 #include "platform/desktop/MainWindowView.h"
 #include "platform/desktop/TimerDriver.h"
+#include "platform/glib/Callbacks.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/sqlite/SqliteProxyTable.h"
 #include "platform/webkit/WebKitBrowser.h"
-#include "platform/webkit/engine/Callbacks.h"
 #include "platform/webkit/engine/WebKitProxy.h"
 #include "shell/frmBrowser.h"
 

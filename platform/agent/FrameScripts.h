@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/glib/Callbacks.h"
 #include "platform/wire/Wire.h"
 
 namespace velmora {
@@ -35,12 +36,11 @@ public:
     using ServeInPage = std::function<bool()>;
 
     FrameScripts(Tell tell, ServeInPage serve) : tell_(std::move(tell)), serve_(std::move(serve)) {}
-    ~FrameScripts();
     FrameScripts(const FrameScripts&) = delete;
     FrameScripts& operator=(const FrameScripts&) = delete;
 
-    /// Starts the script in a document that has just begun. `page` is the context of the page's own
-    /// scripts in the same frame.
+    /// Starts the script in a document that has just begun; tells if it cannot. `page` is the context of
+    /// the page's own scripts in the same frame.
     void Begin(JSCContext* context, JSCContext* page, std::uint64_t frame);
 
     /// The script's answer to a packed request, also packed.
@@ -62,11 +62,8 @@ public:
     void Requested(const std::string& packed);
 
 private:
-    struct Unref {
-        void operator()(void* object) const { g_object_unref(object); }
-    };
-    using Value = std::unique_ptr<JSCValue, Unref>;
-    using WeakValue = std::unique_ptr<JSCWeakValue, Unref>;
+    using Value = std::shared_ptr<JSCValue>;
+    using WeakValue = std::shared_ptr<JSCWeakValue>;
 
     /// What the script keeps for a frame. The references are weak: the document owns it.
     struct Script {
@@ -74,24 +71,17 @@ private:
         WeakValue object;
         WeakValue page;  ///< The window, for the page's own scripts.
     };
-    struct Alarm;
 
     static Value Evaluate(JSCContext* context, const std::string& file);
     /// What the script needs of the engine and of the other files.
     Value MakeParts(JSCContext* context, std::uint64_t frame);
     Value MakeClock(JSCContext* context);
+    void Start(JSCContext* context, JSCContext* page, std::uint64_t frame);
     Value Call(const wire::DocumentName& name, const char* method, const char* argument = nullptr);
     Value Call(std::uint64_t frame, const char* method, const char* argument = nullptr);
     void HoldQuestions(std::uint64_t frame);
     void TellError(std::uint64_t frame, const std::string& error);
     std::vector<std::uint64_t> Frames() const;
-
-    static std::string BytesOf(JSCValue* value);
-    static gboolean OnServe(gpointer self);
-    static void OnTell(const char* kind, const char* packed, gpointer sender);
-    static void OnWatch(gboolean isOn, gpointer sender);
-    static double OnAfter(double milliseconds, JSCValue* action, gpointer self);
-    static void OnCancel(double alarm, gpointer self);
 
     Tell tell_;
     ServeInPage serve_;
@@ -99,7 +89,7 @@ private:
     std::map<std::uint64_t, Value> heldQuestions_;  ///< What ends each hold.
     bool holdsQuestions_ = false;
     std::set<std::uint64_t> watching_;
-    std::set<guint> alarms_;
+    Callbacks callbacks_;
 };
 
 }  // namespace velmora

@@ -4,12 +4,12 @@
 #include <gio/gunixfdlist.h>
 #include <webkit/webkit-web-process-extension.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 
 #include "platform/agent/AgentChannel.h"
 #include "platform/agent/FrameScripts.h"
+#include "platform/glib/Callbacks.h"
 #include "platform/wire/Wire.h"
 
 namespace velmora {
@@ -23,6 +23,12 @@ public:
           scripts_([this](const std::string& kind, const std::string& packed) { Tell(kind, packed); },
                    [this] { return channel_ && channel_->ServeInPage(); })
     {
+        callbacks_.Connect(page, "user-message-received", [this](WebKitWebPage*, WebKitUserMessage* message) {
+            Take(message);
+            return true;
+        });
+        callbacks_.Connect(page, "send-request",
+                           [this](WebKitWebPage*, WebKitURIRequest* request) { NoteRequest(request); });
     }
 
     void BeginDocument(WebKitFrame* frame, WebKitScriptWorld* world)
@@ -31,17 +37,12 @@ public:
         // program cannot give the agent anything; the agent asks, as soon as there is a document.
         if (!channel_) AskForChannel();
         if (webkit_frame_is_main_frame(frame)) mainFrame_ = webkit_frame_get_id(frame);
-        JSCContext* context = webkit_frame_get_js_context_for_script_world(frame, world);
-        try {
-            JSCContext* page = webkit_frame_get_js_context(frame);
-            scripts_.Begin(context, page, webkit_frame_get_id(frame));
-            g_object_unref(page);
-        } catch (const ScriptError& error) {
-            Tell("error", std::to_string(webkit_frame_get_id(frame)) + "\n0\n" + wire::Pack({error.what()}));
-        }
-        g_object_unref(context);
+        const auto context = Owned(webkit_frame_get_js_context_for_script_world(frame, world));
+        const auto page = Owned(webkit_frame_get_js_context(frame));
+        scripts_.Begin(context.get(), page.get(), webkit_frame_get_id(frame));
     }
 
+private:
     void Take(WebKitUserMessage* message)
     {
         if (std::string(webkit_user_message_get_name(message)) != wire::kMoved) return;
@@ -62,10 +63,9 @@ public:
         const std::string packed = wire::Pack(
             {text(webkit_uri_request_get_http_method(request)), text(webkit_uri_request_get_uri(request)), text(mode)});
         // Not in the middle of the page's own work on it.
-        Later([packed](PageAgent& agent) { agent.scripts_.Requested(packed); });
+        Later([this, packed] { scripts_.Requested(packed); });
     }
 
-private:
     void Tell(const std::string& kind, const std::string& packed)
     {
         if (packed.size() > wire::kLongestEvent) return;
@@ -83,17 +83,14 @@ private:
     {
         if (asked_) return;
         asked_ = true;
-        webkit_web_page_send_message_to_view(page_, NewMessage(wire::kHello, "0\n0"), nullptr, OnHelloAnswered,
-                                             new std::weak_ptr<PageAgent*>(self_));
+        // The page, and with it this, lives until the answer is there.
+        webkit_web_page_send_message_to_view(page_, NewMessage(wire::kHello, "0\n0"), nullptr, OnHelloAnswered, this);
     }
 
     static void OnHelloAnswered(GObject* source, GAsyncResult* result, gpointer data)
     {
-        const std::unique_ptr<std::weak_ptr<PageAgent*>> who(static_cast<std::weak_ptr<PageAgent*>*>(data));
-        WebKitUserMessage* reply =
-            webkit_web_page_send_message_to_view_finish(WEBKIT_WEB_PAGE(source), result, nullptr);
-        if (const auto agent = who->lock()) (*agent)->TakeChannel(reply);
-        if (reply) g_object_unref(reply);
+        const auto reply = Owned(webkit_web_page_send_message_to_view_finish(WEBKIT_WEB_PAGE(source), result, nullptr));
+        static_cast<PageAgent*>(data)->TakeChannel(reply.get());
     }
 
     void TakeChannel(WebKitUserMessage* reply)
@@ -136,32 +133,18 @@ private:
     // program is not waiting for an answer.
     void ClickLater(const wire::DocumentName& name, const std::string& handle)
     {
-        Later([name, handle](PageAgent& agent) {
+        Later([this, name, handle] {
             try {
-                agent.scripts_.ReleaseQuestions();
-                agent.scripts_.Click(name, handle);
+                scripts_.ReleaseQuestions();
+                scripts_.Click(name, handle);
             } catch (const ScriptError&) {
                 // The element went between the request and the click: nothing is left to click.
             }
         });
     }
 
-    /// Runs an action from the main loop, unless the page goes first.
-    void Later(std::function<void(PageAgent&)> action)
-    {
-        struct Call {
-            std::weak_ptr<PageAgent*> agent;
-            std::function<void(PageAgent&)> action;
-        };
-        g_idle_add_full(
-            G_PRIORITY_HIGH,
-            [](gpointer data) -> gboolean {
-                const auto& call = *static_cast<Call*>(data);
-                if (const auto agent = call.agent.lock()) call.action(**agent);
-                return G_SOURCE_REMOVE;
-            },
-            new Call{self_, std::move(action)}, [](gpointer data) { delete static_cast<Call*>(data); });
-    }
+    /// Before what the engine has to do for the page.
+    void Later(Callbacks::Action action) { callbacks_.Later(std::move(action), G_PRIORITY_HIGH); }
 
     WebKitWebPage* page_;
     const std::uint64_t number_;
@@ -169,32 +152,18 @@ private:
     FrameScripts scripts_;
     std::unique_ptr<AgentChannel> channel_;
     bool asked_ = false;
-    std::shared_ptr<PageAgent*> self_ = std::make_shared<PageAgent*>(this);
+    Callbacks callbacks_;
 };
 
 constexpr char kAgentKey[] = "velmora-agent";
 
-void OnPageCreated(WebKitWebProcessExtension*, WebKitWebPage* page, gpointer)
+void OnPageCreated(WebKitWebProcessExtension*, WebKitWebPage* page)
 {
-    auto* agent = new PageAgent(page);
-    g_object_set_data_full(G_OBJECT(page), kAgentKey, agent,
+    g_object_set_data_full(G_OBJECT(page), kAgentKey, new PageAgent(page),
                            [](gpointer data) { delete static_cast<PageAgent*>(data); });
-    g_signal_connect(page, "user-message-received",
-                     G_CALLBACK(+[](WebKitWebPage*, WebKitUserMessage* message, PageAgent* receiver) -> gboolean {
-                         receiver->Take(message);
-                         return TRUE;
-                     }),
-                     agent);
-    g_signal_connect(
-        page, "send-request",
-        G_CALLBACK(+[](WebKitWebPage*, WebKitURIRequest* request, WebKitURIResponse*, PageAgent* asked) -> gboolean {
-            asked->NoteRequest(request);
-            return FALSE;
-        }),
-        agent);
 }
 
-void OnWindowObjectCleared(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame* frame, gpointer)
+void OnWindowObjectCleared(WebKitScriptWorld* world, WebKitWebPage* page, WebKitFrame* frame)
 {
     auto* agent = static_cast<PageAgent*>(g_object_get_data(G_OBJECT(page), kAgentKey));
     if (agent) agent->BeginDocument(frame, world);
@@ -207,6 +176,6 @@ extern "C" G_MODULE_EXPORT void webkit_web_process_extension_initialize(WebKitWe
 {
     // Lives as long as the process.
     WebKitScriptWorld* world = webkit_script_world_new_with_name("velmora");
-    g_signal_connect(world, "window-object-cleared", G_CALLBACK(velmora::OnWindowObjectCleared), nullptr);
-    g_signal_connect(extension, "page-created", G_CALLBACK(velmora::OnPageCreated), nullptr);
+    velmora::Connect(world, "window-object-cleared", velmora::OnWindowObjectCleared);
+    velmora::Connect(extension, "page-created", velmora::OnPageCreated);
 }

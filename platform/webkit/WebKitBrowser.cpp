@@ -40,14 +40,6 @@ std::string HeadersOf(WebKitURIRequest* request)
     return lines;
 }
 
-WebKitSettings* NewSettings()
-{
-    WebKitSettings* settings = webkit_settings_new();
-    // The program's own question decides about windows; the engine must not refuse them ahead of it.
-    webkit_settings_set_javascript_can_open_windows_automatically(settings, TRUE);
-    return settings;
-}
-
 }  // namespace
 
 WebKitBrowser::WebKitBrowser(WebBrowser& control, Dialogs& dialogs, Turns& turns, const Options& options)
@@ -56,105 +48,76 @@ WebKitBrowser::WebKitBrowser(WebBrowser& control, Dialogs& dialogs, Turns& turns
       agents_(events_, WaitOnMainLoop, time_)
 {
     MakeView(options);
-    services_ = std::make_unique<ViewServices>(session_, dialogs, turns);
+    services_ = std::make_unique<ViewServices>(session_.get(), dialogs, turns);
     popups_ = std::make_unique<PopupWindows>(*services_);
-    gtk_box_append(GTK_BOX(area_), services_->Downloads().Widget());
+    gtk_box_append(GTK_BOX(area_.get()), services_->Downloads().Widget());
     ConnectSignals();
     ConnectUserActs();
     control_.Attach(this);
 }
 
-WebKitBrowser::~WebKitBrowser()
-{
-    control_.Attach(nullptr);
-    if (rest_ != 0) g_source_remove(rest_);
-    popups_.reset();
-    services_.reset();
-    g_signal_handlers_disconnect_by_data(webkit_web_view_get_back_forward_list(view_), this);
-    g_signal_handlers_disconnect_by_data(view_, this);
-    g_object_unref(area_);
-    g_object_unref(view_);
-    g_object_unref(session_);
-    g_object_unref(context_);
-}
+WebKitBrowser::~WebKitBrowser() { control_.Attach(nullptr); }
 
 void WebKitBrowser::MakeView(const Options& options)
 {
-    context_ = webkit_web_context_new();
+    context_ = Owned(webkit_web_context_new());
     // Both before the first web process: a path that comes later is fatal.
-    webkit_web_context_add_path_to_sandbox(context_, options.agentFolder.c_str(), TRUE);
-    webkit_web_context_set_web_process_extensions_directory(context_, options.agentFolder.c_str());
-    ServeGuide(context_);
-    session_ = NewUserSession(options.dataFolder, options.cacheFolder);
-    WebKitSettings* settings = NewSettings();
-    view_ = WEBKIT_WEB_VIEW(g_object_ref_sink(g_object_new(
-        WEBKIT_TYPE_WEB_VIEW, "web-context", context_, "network-session", session_, "settings", settings, nullptr)));
-    g_object_unref(settings);
-    area_ = GTK_WIDGET(g_object_ref_sink(NewPageArea(view_)));
+    webkit_web_context_add_path_to_sandbox(context_.get(), options.agentFolder.c_str(), TRUE);
+    webkit_web_context_set_web_process_extensions_directory(context_.get(), options.agentFolder.c_str());
+    ServeGuide(context_.get());
+    session_ = Owned(NewUserSession(options.dataFolder, options.cacheFolder));
+    const auto settings = Owned(webkit_settings_new());
+    // The program's own question decides about windows; the engine must not refuse them before it.
+    webkit_settings_set_javascript_can_open_windows_automatically(settings.get(), TRUE);
+    view_ = Held(WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context_.get(), "network-session",
+                                              session_.get(), "settings", settings.get(), nullptr)));
+    area_ = Held(NewPageArea(view_.get()));
 }
 
 void WebKitBrowser::ConnectSignals()
 {
-    services_->Serve(view_);
-    g_signal_connect(view_, "user-message-received",
-                     G_CALLBACK(+[](WebKitWebView*, WebKitUserMessage* message, WebKitBrowser* self) -> gboolean {
-                         const bool isTaken = self->agents_.Take(message);
-                         if (isTaken) self->NoteRest();
-                         return isTaken;
-                     }),
-                     this);
-    g_signal_connect(view_, "decide-policy",
-                     G_CALLBACK(+[](WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
-                                    WebKitBrowser* self) -> gboolean {
-                         if (type != WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) return FALSE;
-                         self->AnnounceNavigation(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
-                         return TRUE;
-                     }),
-                     this);
-    g_signal_connect(
-        view_, "create",
-        G_CALLBACK(+[](WebKitWebView* view, WebKitNavigationAction*, WebKitBrowser* self) -> WebKitWebView* {
-            return self->events_.AllowsWindow() ? self->popups_->Open(view) : nullptr;
-        }),
-        this);
-    g_signal_connect_swapped(view_, "notify::is-loading", G_CALLBACK(+[](WebKitBrowser* self) {
-                                 self->documentsLoading_ = 0;  // the page's own load waits for its frames
-                                 self->NoteRest();
-                             }),
-                             this);
-    g_signal_connect(view_, "resource-load-started",
-                     G_CALLBACK(+[](WebKitWebView*, WebKitWebResource* resource, WebKitURIRequest*,
-                                    WebKitBrowser* self) { self->WatchDocument(resource); }),
-                     this);
-    services_->Downloads().Started = [this](WebKitWebView* view) {
-        if (view == view_) EndDocument();
+    WebKitWebView* const view = view_.get();
+    services_->Serve(view);
+    callbacks_.Connect(view, "user-message-received", [this](WebKitWebView*, WebKitUserMessage* message) {
+        const bool isTaken = agents_.Take(message);
+        if (isTaken) NoteRest();
+        return isTaken;
+    });
+    const auto decide = [this](WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type) {
+        if (type != WEBKIT_POLICY_DECISION_TYPE_NAVIGATION_ACTION) return false;
+        AnnounceNavigation(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
+        return true;
     };
-    g_signal_connect(view_, "notify::uri", G_CALLBACK(+[](WebKitWebView* view, GParamSpec*, gpointer) {
-                         // Within a document the page's script moves the address without a load.
-                         if (webkit_web_view_is_loading(view)) return;
-                         webkit_web_view_send_message_to_page(view, webkit_user_message_new(wire::kMoved, nullptr),
-                                                              nullptr, nullptr, nullptr);
-                     }),
-                     this);
-    g_signal_connect_swapped(webkit_web_view_get_back_forward_list(view_), "changed",
-                             G_CALLBACK(+[](WebKitBrowser* self) { self->ReportBack(); }), this);
+    callbacks_.Connect(view, "decide-policy", decide);
+    callbacks_.Connect(view, "create", [this, view] { return events_.AllowsWindow() ? popups_->Open(view) : nullptr; });
+    callbacks_.Connect(view, "notify::is-loading", [this] {
+        documentsLoading_ = 0;  // the page's own load waits for its frames
+        NoteRest();
+    });
+    callbacks_.Connect(view, "resource-load-started",
+                       [this](WebKitWebView*, WebKitWebResource* resource) { WatchDocument(resource); });
+    services_->Downloads().Started = [this, view](WebKitWebView* from) {
+        if (from == view) EndDocument();
+    };
+    callbacks_.Connect(view, "notify::uri", [view] {
+        // Within a document the page's script moves the address without a load.
+        if (webkit_web_view_is_loading(view)) return;
+        webkit_web_view_send_message_to_page(view, webkit_user_message_new(wire::kMoved, nullptr), nullptr, nullptr,
+                                             nullptr);
+    });
+    callbacks_.Connect(webkit_web_view_get_back_forward_list(view), "changed", [this] { ReportBack(); });
 }
 
 void WebKitBrowser::ConnectUserActs()
 {
     GtkEventController* keys = gtk_event_controller_key_new();
-    g_signal_connect_swapped(keys, "key-pressed", G_CALLBACK(+[](WebKitBrowser* self) -> gboolean {
-                                 self->events_.NoteUserAct();
-                                 return FALSE;
-                             }),
-                             this);
+    callbacks_.Connect(keys, "key-pressed", [this] { events_.NoteUserAct(); });
     GtkGesture* clicks = gtk_gesture_click_new();
     gtk_gesture_single_set_button(GTK_GESTURE_SINGLE(clicks), 0);
-    g_signal_connect_swapped(clicks, "pressed", G_CALLBACK(+[](WebKitBrowser* self) { self->events_.NoteUserAct(); }),
-                             this);
+    callbacks_.Connect(clicks, "pressed", [this] { events_.NoteUserAct(); });
     for (GtkEventController* controller : {keys, GTK_EVENT_CONTROLLER(clicks)}) {
         gtk_event_controller_set_propagation_phase(controller, GTK_PHASE_CAPTURE);
-        gtk_widget_add_controller(GTK_WIDGET(view_), controller);
+        gtk_widget_add_controller(GTK_WIDGET(view_.get()), controller);
     }
 }
 
@@ -163,14 +126,14 @@ void WebKitBrowser::Navigate(const std::string& url)
     events_.NoteUserAct();
     ReportBack();
     // A page that hangs would keep the next one waiting.
-    if (webkit_web_view_get_is_web_process_responsive(view_)) {
-        webkit_web_view_load_uri(view_, LoadableAddress(url).c_str());
+    if (webkit_web_view_get_is_web_process_responsive(view_.get())) {
+        webkit_web_view_load_uri(view_.get(), LoadableAddress(url).c_str());
     } else {
-        EndPage(view_, LoadableAddress(url));
+        EndPage(view_.get(), LoadableAddress(url));
     }
 }
 
-void WebKitBrowser::GoBack() { webkit_web_view_go_back(view_); }
+void WebKitBrowser::GoBack() { webkit_web_view_go_back(view_.get()); }
 
 std::shared_ptr<Document> WebKitBrowser::CurrentDocument() { return OpenDocument(agents_.Top()); }
 
@@ -181,11 +144,11 @@ std::optional<std::string> WebKitBrowser::ReportedAddress(const std::string& url
     if (url == kFailureAddress) return "about:blank";
     if (!isTop || url == "about:blank") return url;
     const auto isShownAs = [&](const std::string& shown) { return WithoutFragment(shown) == WithoutFragment(url); };
-    const std::string standing = StandingAddress(view_);
+    const std::string standing = StandingAddress(view_.get());
     if (isShownAs(standing)) return url;
     // A script moves the address within the document; the history follows, and runs ahead of loads.
     WebKitBackForwardListItem* item =
-        webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(view_));
+        webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(view_.get()));
     const bool hasMoved = isShownAs(TextOf(item ? webkit_back_forward_list_item_get_uri(item) : nullptr));
     if (hasMoved && SiteOf(url) == SiteOf(standing)) return url;
     return std::nullopt;
@@ -209,29 +172,25 @@ void WebKitBrowser::AnnounceNavigation(WebKitNavigationPolicyDecision* decision)
     const bool stays = cause && cause->staysHere;
     if (url.size() <= kLongestAnnounced) announced_.push_back(url);
     if (announced_.size() > kMostAnnounced) announced_.pop_front();
-    const std::shared_ptr<WebKitPolicyDecision> held(WEBKIT_POLICY_DECISION(g_object_ref(decision)), g_object_unref);
-    events_.Announce({url, HeadersOf(request), std::move(cause), agents_.Top()}, [this, held, stays](bool goesOn) {
+    const auto decide = [this, held = Held(WEBKIT_POLICY_DECISION(decision)), stays](bool goesOn) {
         if (goesOn) {
             webkit_policy_decision_use(held.get());
         } else {
             webkit_policy_decision_ignore(held.get());
         }
         NoteRest(stays ? kMoment : kLongMoment);
-    });
+    };
+    events_.Announce({url, HeadersOf(request), std::move(cause), agents_.Top()}, decide);
 }
 
 void WebKitBrowser::WatchDocument(WebKitWebResource* resource)
 {
     // Of a frame that loads late nothing else is told when it fails, or when the page takes it out.
-    if (webkit_web_view_is_loading(view_)) return;
+    if (webkit_web_view_is_loading(view_.get())) return;
     const std::string url = TextOf(webkit_web_resource_get_uri(resource));
     if (std::find(announced_.begin(), announced_.end(), url) == announced_.end()) return;
     ++documentsLoading_;
-    callbacks_.Connect(resource, "finished",
-                       G_CALLBACK((+[](WebKitWebResource*, WebKitBrowser* self) { self->EndDocument(); })), this);
-    callbacks_.Connect(resource, "failed",
-                       G_CALLBACK((+[](WebKitWebResource*, GError*, WebKitBrowser* self) { self->EndDocument(); })),
-                       this);
+    for (const char* end : {"finished", "failed"}) callbacks_.Connect(resource, end, [this] { EndDocument(); });
 }
 
 void WebKitBrowser::EndDocument()
@@ -242,22 +201,16 @@ void WebKitBrowser::EndDocument()
 
 void WebKitBrowser::NoteRest(unsigned milliseconds)
 {
-    if (rest_ != 0) g_source_remove(rest_);
-    rest_ = g_timeout_add(
-        milliseconds,
-        [](gpointer data) -> gboolean {
-            auto* self = static_cast<WebKitBrowser*>(data);
-            self->rest_ = 0;
-            const bool isLoading = self->documentsLoading_ > 0 || webkit_web_view_is_loading(self->view_);
-            if (!isLoading && !self->events_.Rest()) self->NoteRest();
-            return G_SOURCE_REMOVE;
-        },
-        this);
+    Callbacks::Cancel(rest_);
+    rest_ = callbacks_.After(milliseconds, [this] {
+        const bool isLoading = documentsLoading_ > 0 || webkit_web_view_is_loading(view_.get());
+        if (!isLoading && !events_.Rest()) NoteRest();
+    });
 }
 
 void WebKitBrowser::ReportBack()
 {
-    const bool can = webkit_web_view_can_go_back(view_);
+    const bool can = webkit_web_view_can_go_back(view_.get());
     if (canGoBack_ == can) return;
     canGoBack_ = can;
     control_.CommandStateChange.Raise(WebBrowser::kCommandBack, can);

@@ -11,9 +11,9 @@
 #include "platform/Dialogs.h"
 #include "platform/controls/WebBrowser.h"
 #include "platform/document/BrowserEvents.h"
+#include "platform/glib/Callbacks.h"
 #include "platform/webkit/chrome/PopupWindow.h"
 #include "platform/webkit/chrome/ViewServices.h"
-#include "platform/webkit/engine/Callbacks.h"
 #include "platform/webkit/engine/PageAgents.h"
 
 namespace velmora {
@@ -34,9 +34,9 @@ public:
     WebKitBrowser& operator=(const WebKitBrowser&) = delete;
 
     /// The view with its find row and the list of downloads.
-    GtkWidget* Widget() const { return area_; }
-    WebKitWebView* View() const { return view_; }
-    WebKitNetworkSession* Session() const { return session_; }
+    GtkWidget* Widget() const { return area_.get(); }
+    WebKitWebView* View() const { return view_.get(); }
+    WebKitNetworkSession* Session() const { return session_.get(); }
 
     void Navigate(const std::string& url) override;
     void GoBack() override;
@@ -62,17 +62,17 @@ private:
     void ReportBack();
 
     WebBrowser& control_;
-    WebKitWebContext* context_ = nullptr;
-    WebKitNetworkSession* session_ = nullptr;
-    WebKitWebView* view_ = nullptr;
-    GtkWidget* area_ = nullptr;
+    std::shared_ptr<WebKitWebContext> context_;
+    std::shared_ptr<WebKitNetworkSession> session_;
+    std::shared_ptr<WebKitWebView> view_;
+    std::shared_ptr<GtkWidget> area_;
     const std::shared_ptr<PageTime> time_ = std::make_shared<PageTime>();
     BrowserEvents events_;
     PageAgents agents_;
     std::optional<bool> canGoBack_;
     std::deque<std::string> announced_;  ///< Where the latest navigations go.
     int documentsLoading_ = 0;
-    guint rest_ = 0;  ///< The clock that runs while nothing seems to be loading.
+    guint rest_ = 0;  ///< What is to be done when nothing has been loading for a moment.
     std::unique_ptr<ViewServices> services_;
     std::unique_ptr<PopupWindows> popups_;
     Callbacks callbacks_;

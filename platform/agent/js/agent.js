@@ -2,10 +2,17 @@
 // scripts cannot see or change what is here, and the prototypes that it uses are untouched.
 //
 // The file is one function. It is called once for each new document, with the frame's and the document's
-// number, a function that sends an event to the program, the functions of the other files and what those
-// need of the engine. What it returns answers the program's requests; it is kept as `velmoraAgent` in the
-// frame's window, where the agents of the frames around find it.
-(function (frameNumber, documentNumber, tellProgram, parts) {
+// number and, as `parts`, the functions of the other files and those that the program gives the scripts:
+//
+//   tell(kind, packed): sends an event to the program
+//   convert(text, encoding): the bytes of a text in an encoding, each as the character of its number
+//   serve(): serves what the program asks, up to a write; true after a write
+//   watch(isOn): whether to call `requested` for each request that the page makes
+//   clock: after(milliseconds, action) gives the number by which cancel(number) stops it
+//
+// What it returns answers the program's requests; it is kept as `velmoraAgent` in the frame's window, where
+// the agents of the frames around find it.
+(function (frameNumber, documentNumber, parts) {
   "use strict";
 
   const dom = parts.dom();
@@ -29,7 +36,7 @@
   }
 
   function tell(kind, texts) {
-    tellProgram(kind, pack(texts));
+    parts.tell(kind, pack(texts));
   }
 
   // --- What the program knows stays valid until the form's structure changes ---------------------

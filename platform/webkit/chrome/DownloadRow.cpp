@@ -9,20 +9,14 @@ namespace {
 constexpr int kGap = 6;
 constexpr int kWidestName = 40;
 
-std::string SizeText(std::uint64_t bytes)
-{
-    char* text = g_format_size(bytes);
-    std::string size = text;
-    g_free(text);
-    return size;
-}
+std::string SizeText(std::uint64_t bytes) { return OwnedText(g_format_size(bytes)); }
 
 }  // namespace
 
 DownloadRow::DownloadRow(GtkBox* parent, const std::string& name, WebKitDownload* download,
                          std::function<void()> cancel)
-    : parent_(parent), download_(download), cancel_(std::move(cancel)),
-      row_(gtk_box_new(GTK_ORIENTATION_HORIZONTAL, kGap)), progress_(gtk_progress_bar_new())
+    : parent_(parent), download_(download), row_(gtk_box_new(GTK_ORIENTATION_HORIZONTAL, kGap)),
+      progress_(gtk_progress_bar_new())
 {
     GtkWidget* label = gtk_label_new(name.c_str());
     gtk_label_set_ellipsize(GTK_LABEL(label), PANGO_ELLIPSIZE_MIDDLE);
@@ -39,7 +33,7 @@ DownloadRow::DownloadRow(GtkBox* parent, const std::string& name, WebKitDownload
     GtkWidget* button = gtk_button_new_with_label("Cancel");
     gtk_widget_set_name(button, "cmdCancelDownload");
     gtk_widget_add_css_class(button, "command");
-    g_signal_connect_swapped(button, "clicked", G_CALLBACK(+[](DownloadRow* self) { self->cancel_(); }), this);
+    callbacks_.Connect(button, "clicked", std::move(cancel));
     gtk_box_append(GTK_BOX(row_), button);
     gtk_box_append(parent_, row_);
     Update();

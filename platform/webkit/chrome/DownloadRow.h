@@ -6,6 +6,8 @@
 #include <functional>
 #include <string>
 
+#include "platform/glib/Callbacks.h"
+
 namespace velmora {
 
 /// A row with the file's name, how far it is, and a button that cancels it. It is made as a child of
@@ -23,9 +25,9 @@ public:
 private:
     GtkBox* parent_;
     WebKitDownload* download_;
-    std::function<void()> cancel_;
     GtkWidget* row_;
     GtkWidget* progress_;
+    Callbacks callbacks_;
 };
 
 }  // namespace velmora

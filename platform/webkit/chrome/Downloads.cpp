@@ -23,20 +23,16 @@ bool IsAttachment(WebKitURIResponse* response)
     SoupMessageHeaders* headers = webkit_uri_response_get_http_headers(response);
     char* disposition = nullptr;
     if (!headers || !soup_message_headers_get_content_disposition(headers, &disposition, nullptr)) return false;
-    const bool isAttachment = g_ascii_strcasecmp(disposition, "attachment") == 0;
-    g_free(disposition);
-    return isAttachment;
+    return g_ascii_strcasecmp(OwnedText(disposition).c_str(), "attachment") == 0;
 }
 
 /// Lets the session live until the engine has said that the download, which is being cancelled, is
 /// over: one that outlives its session takes the program down.
 void KeepUntilOver(WebKitDownload* download, WebKitNetworkSession* session)
 {
-    const auto over = +[](WebKitDownload*, gpointer held) {
-        // Not in the middle of the engine's own work on the download.
-        g_idle_add_once([](gpointer gone) { g_object_unref(gone); }, held);
-    };
-    g_signal_connect(download, "finished", G_CALLBACK(over), g_object_ref(session));
+    g_object_ref(session);
+    // Given back after the engine's own work on the download, not in the middle of it.
+    Connect(download, "finished", [session] { g_idle_add_once(g_object_unref, session); });
 }
 
 }  // namespace
@@ -49,35 +45,27 @@ bool IsForSaving(WebKitResponsePolicyDecision* decision)
 }
 
 Downloads::Downloads(WebKitNetworkSession* session, Dialogs& dialogs, Turns& turns)
-    : session_(session), dialogs_(dialogs), turns_(turns), scroller_(gtk_scrolled_window_new()),
-      rows_(gtk_box_new(GTK_ORIENTATION_VERTICAL, 2))
+    : session_(session), dialogs_(dialogs), turns_(turns), scroller_(Held(gtk_scrolled_window_new())),
+      rows_(Held(gtk_box_new(GTK_ORIENTATION_VERTICAL, 2)))
 {
-    g_object_ref_sink(scroller_);
-    g_object_ref_sink(rows_);
-    gtk_widget_set_name(scroller_, "lstDownloads");
-    gtk_widget_set_visible(scroller_, FALSE);
-    auto* scrolled = GTK_SCROLLED_WINDOW(scroller_);
+    gtk_widget_set_name(scroller_.get(), "lstDownloads");
+    gtk_widget_set_visible(scroller_.get(), FALSE);
+    auto* scrolled = GTK_SCROLLED_WINDOW(scroller_.get());
     gtk_scrolled_window_set_policy(scrolled, GTK_POLICY_NEVER, GTK_POLICY_AUTOMATIC);
     gtk_scrolled_window_set_propagate_natural_height(scrolled, TRUE);
     gtk_scrolled_window_set_max_content_height(scrolled, kHighestList);
-    gtk_scrolled_window_set_child(scrolled, rows_);
-    callbacks_.Connect(
-        session, "download-started",
-        G_CALLBACK(+[](WebKitNetworkSession*, WebKitDownload* download, Downloads* self) { self->Take(download); }),
-        this);
+    gtk_scrolled_window_set_child(scrolled, rows_.get());
+    callbacks_.Connect(session, "download-started",
+                       [this](WebKitNetworkSession*, WebKitDownload* download) { Take(download); });
 }
 
 Downloads::~Downloads()
 {
     CloseChooser();
-    for (Item& item : items_) {
-        g_signal_handlers_disconnect_by_data(item.download.get(), this);
+    for (Item& item : std::exchange(items_, {})) {
         KeepUntilOver(item.download.get(), session_);
         Cancel(item);
     }
-    items_.clear();
-    g_object_unref(rows_);
-    g_object_unref(scroller_);
 }
 
 void Downloads::Take(WebKitDownload* download)
@@ -89,36 +77,29 @@ void Downloads::Take(WebKitDownload* download)
         return;
     }
     Item& item = items_.emplace_back();
-    item.download = {WEBKIT_DOWNLOAD(g_object_ref(download)), g_object_unref};
-    Connect(item);
+    item.download = Held(download);
+    Follow(download);
 }
 
-void Downloads::Connect(Item& item)
+void Downloads::Follow(WebKitDownload* download)
 {
-    const auto decide = +[](WebKitDownload* download, const char* suggested, Downloads* self) -> gboolean {
-        Item* const named = self->Find(download);
-        if (!named) return FALSE;
+    callbacks_.Connect(download, "decide-destination", [this](WebKitDownload* of, const char* suggested) {
+        Item* const item = Find(of);
+        if (!item) return false;
         // The engine has taken folders and the like out of it.
-        named->name = suggested && *suggested ? suggested : "download";
-        named->waits = true;
-        self->callbacks_.Later([self] { self->AskNext(); });
-        return TRUE;
-    };
-    const auto received = +[](WebKitDownload* download, guint64, Downloads* self) {
-        Item* const running = self->Find(download);
-        if (running && running->row) running->row->Update();
-    };
-    const auto failed = +[](WebKitDownload* download, GError* error, Downloads* self) {
-        Item* const ended = self->Find(download);
-        if (!ended) return;
-        ended->failure = error->message;
-    };
-    const auto finished = +[](WebKitDownload* download, Downloads* self) { self->Finish(download); };
-    WebKitDownload* const download = item.download.get();
-    callbacks_.Connect(download, "decide-destination", G_CALLBACK(decide), this);
-    callbacks_.Connect(download, "received-data", G_CALLBACK(received), this);
-    callbacks_.Connect(download, "failed", G_CALLBACK(failed), this);
-    callbacks_.Connect(download, "finished", G_CALLBACK(finished), this);
+        item->name = suggested && *suggested ? suggested : "download";
+        item->waits = true;
+        callbacks_.Later([this] { AskNext(); });
+        return true;
+    });
+    callbacks_.Connect(download, "received-data", [this](WebKitDownload* of) {
+        Item* const item = Find(of);
+        if (item && item->row) item->row->Update();
+    });
+    callbacks_.Connect(download, "failed", [this](WebKitDownload* of, GError* error) {
+        if (Item* const item = Find(of)) item->failure = error->message;
+    });
+    callbacks_.Connect(download, "finished", [this](WebKitDownload* of) { Finish(of); });
 }
 
 void Downloads::Cancel(Item& item)
@@ -143,57 +124,56 @@ void Downloads::AskNext()
 
 void Downloads::ShowChooser(const Item& item)
 {
-    GtkRoot* root = gtk_widget_get_root(scroller_);
-    chooser_ = gtk_file_chooser_native_new("Save File", root ? GTK_WINDOW(root) : nullptr, GTK_FILE_CHOOSER_ACTION_SAVE,
-                                           "_Save", "_Cancel");
+    GtkRoot* root = gtk_widget_get_root(scroller_.get());
+    chooser_ = Owned(gtk_file_chooser_native_new("Save File", root ? GTK_WINDOW(root) : nullptr,
+                                                 GTK_FILE_CHOOSER_ACTION_SAVE, "_Save", "_Cancel"));
     asked_ = item.download.get();
-    GFile* folder = g_file_new_for_path(DownloadFolder().c_str());
-    gtk_file_chooser_set_current_folder(GTK_FILE_CHOOSER(chooser_), folder, nullptr);
-    g_object_unref(folder);
-    gtk_file_chooser_set_current_name(GTK_FILE_CHOOSER(chooser_), item.name.c_str());
-    callbacks_.Connect(chooser_, "response",
-                       G_CALLBACK(+[](GtkNativeDialog*, int response, Downloads* self) { self->Choose(response); }),
-                       this);
-    gtk_native_dialog_show(GTK_NATIVE_DIALOG(chooser_));
+    auto* chooser = GTK_FILE_CHOOSER(chooser_.get());
+    const auto folder = Owned(g_file_new_for_path(DownloadFolder().c_str()));
+    gtk_file_chooser_set_current_folder(chooser, folder.get(), nullptr);
+    gtk_file_chooser_set_current_name(chooser, item.name.c_str());
+    callbacks_.Connect(chooser, "response", [this](GtkNativeDialog*, int response) { Choose(response); });
+    gtk_native_dialog_show(GTK_NATIVE_DIALOG(chooser));
 }
 
 void Downloads::Choose(int response)
 {
-    GFile* file = response == GTK_RESPONSE_ACCEPT ? gtk_file_chooser_get_file(GTK_FILE_CHOOSER(chooser_)) : nullptr;
+    std::string path;
+    if (response == GTK_RESPONSE_ACCEPT) {
+        const auto file = Owned(gtk_file_chooser_get_file(GTK_FILE_CHOOSER(chooser_.get())));
+        if (file) path = OwnedText(g_file_get_path(file.get()));
+    }
     Item* const item = Find(asked_);
     if (item) item->waits = false;
     callbacks_.Later([this] {
         CloseChooser();
         AskNext();
     });
-    if (item) Save(*item, file);
-    if (file) g_object_unref(file);
+    if (!item) return;
+    if (path.empty()) {
+        Cancel(*item);
+    } else {
+        Save(*item, path);
+    }
 }
 
-void Downloads::Save(Item& item, GFile* file)
+void Downloads::Save(Item& item, const std::string& path)
 {
-    char* path = file ? g_file_get_path(file) : nullptr;
     WebKitDownload* const download = item.download.get();
-    if (path) {
-        item.name = path;
-        // The chooser has asked before it gave the name of a file that exists.
-        webkit_download_set_allow_overwrite(download, g_file_test(path, G_FILE_TEST_EXISTS));
-        char* shown = g_filename_display_basename(path);
-        item.row = std::make_unique<DownloadRow>(GTK_BOX(rows_), shown, download, [this, &item] { Cancel(item); });
-        g_free(shown);
-        ShowList();
-        webkit_download_set_destination(download, path);
-    } else {
-        Cancel(item);
-    }
-    g_free(path);
+    item.name = path;
+    // The chooser has asked before it gave the name of a file that exists.
+    webkit_download_set_allow_overwrite(download, g_file_test(path.c_str(), G_FILE_TEST_EXISTS));
+    const std::string shown = OwnedText(g_filename_display_basename(path.c_str()));
+    item.row = std::make_unique<DownloadRow>(GTK_BOX(rows_.get()), shown, download, [this, &item] { Cancel(item); });
+    ShowList();
+    webkit_download_set_destination(download, path.c_str());
 }
 
 void Downloads::CloseChooser()
 {
     if (!chooser_) return;
-    gtk_native_dialog_destroy(GTK_NATIVE_DIALOG(chooser_));
-    g_clear_object(&chooser_);
+    gtk_native_dialog_destroy(GTK_NATIVE_DIALOG(chooser_.get()));
+    chooser_.reset();
     asked_ = nullptr;
 }
 
@@ -201,9 +181,7 @@ void Downloads::Finish(WebKitDownload* download)
 {
     Item* const item = Find(download);
     if (!item) return;
-    char* name = g_filename_display_name(item->name.empty() ? "The file" : item->name.c_str());
-    const std::string shown = name;
-    g_free(name);
+    const std::string shown = OwnedText(g_filename_display_name(item->name.empty() ? "The file" : item->name.c_str()));
     const std::string failure = item->failure;
     const bool isCancelled = item->isCancelled;
     if (asked_ == download) CloseChooser();
@@ -221,6 +199,9 @@ void Downloads::Finish(WebKitDownload* download)
     });
 }
 
-void Downloads::ShowList() { gtk_widget_set_visible(scroller_, gtk_widget_get_first_child(rows_) != nullptr); }
+void Downloads::ShowList()
+{
+    gtk_widget_set_visible(scroller_.get(), gtk_widget_get_first_child(rows_.get()) != nullptr);
+}
 
 }  // namespace velmora

@@ -10,8 +10,8 @@
 
 #include "platform/Dialogs.h"
 #include "platform/Turns.h"
+#include "platform/glib/Callbacks.h"
 #include "platform/webkit/chrome/DownloadRow.h"
-#include "platform/webkit/engine/Callbacks.h"
 
 namespace velmora {
 
@@ -30,7 +30,7 @@ public:
     Downloads& operator=(const Downloads&) = delete;
 
     /// The list of the downloads that run; hidden while there is none.
-    GtkWidget* Widget() const { return scroller_; }
+    GtkWidget* Widget() const { return scroller_.get(); }
 
     /// A page's navigation, or a part of it, has become a download. The view may be null.
     std::function<void(WebKitWebView*)> Started;
@@ -46,13 +46,13 @@ private:
     };
 
     void Take(WebKitDownload* download);
-    void Connect(Item& item);
+    void Follow(WebKitDownload* download);
     void Cancel(Item& item);
     Item* Find(WebKitDownload* download);
     void AskNext();
     void ShowChooser(const Item& item);
     void Choose(int response);
-    void Save(Item& item, GFile* file);
+    void Save(Item& item, const std::string& path);
     void CloseChooser();
     void Finish(WebKitDownload* download);
     void ShowList();
@@ -60,10 +60,10 @@ private:
     WebKitNetworkSession* session_;
     Dialogs& dialogs_;
     Turns& turns_;
-    GtkWidget* scroller_;
-    GtkWidget* rows_;
+    std::shared_ptr<GtkWidget> scroller_;
+    std::shared_ptr<GtkWidget> rows_;
     std::list<Item> items_;
-    GtkFileChooserNative* chooser_ = nullptr;
+    std::shared_ptr<GtkFileChooserNative> chooser_;
     WebKitDownload* asked_ = nullptr;  ///< What the open chooser is for.
     Callbacks callbacks_;
 };

@@ -1,5 +1,7 @@
 #include "platform/webkit/chrome/FindBar.h"
 
+#include <utility>
+
 namespace velmora {
 
 namespace {
@@ -20,27 +22,28 @@ FindBar::FindBar(WebKitWebView* view)
     gtk_accessible_update_property(GTK_ACCESSIBLE(text_), GTK_ACCESSIBLE_PROPERTY_LABEL, "Find in the page", -1);
     gtk_box_append(GTK_BOX(row_), gtk_label_new("Find:"));
     gtk_box_append(GTK_BOX(row_), text_);
-    AddButton("cmdFindNext", "Next", G_CALLBACK(+[](GtkWidget*, FindBar* self) { self->Step(true); }));
-    AddButton("cmdFindPrevious", "Previous", G_CALLBACK(+[](GtkWidget*, FindBar* self) { self->Step(false); }));
-    AddButton("cmdFindClose", "Close", G_CALLBACK(+[](GtkWidget*, FindBar* self) { self->Close(); }));
+    AddButton("cmdFindNext", "Next", [this] { Step(true); });
+    AddButton("cmdFindPrevious", "Previous", [this] { Step(false); });
+    AddButton("cmdFindClose", "Close", [this] { Close(); });
     gtk_widget_set_name(outcome_, "lblFind");
     gtk_box_append(GTK_BOX(row_), outcome_);
 
-    g_signal_connect_swapped(text_, "changed", G_CALLBACK(+[](FindBar* self) { self->Search(); }), this);
-    g_signal_connect_swapped(text_, "activate", G_CALLBACK(+[](FindBar* self) { self->Step(true); }), this);
+    callbacks_.Connect(text_, "changed", [this] { Search(); });
+    callbacks_.Connect(text_, "activate", [this] { Step(true); });
     // The view may outlive the row.
-    const auto found = +[](GtkLabel* outcome, guint) { gtk_label_set_text(outcome, ""); };
-    const auto missed = +[](GtkLabel* outcome) { gtk_label_set_text(outcome, "Not found"); };
-    g_signal_connect_object(finder_, "found-text", G_CALLBACK(found), outcome_, G_CONNECT_SWAPPED);
-    g_signal_connect_object(finder_, "failed-to-find-text", G_CALLBACK(missed), outcome_, G_CONNECT_SWAPPED);
+    auto* outcome = GTK_LABEL(outcome_);
+    Connect(
+        finder_, "found-text", [outcome] { gtk_label_set_text(outcome, ""); }, outcome);
+    Connect(
+        finder_, "failed-to-find-text", [outcome] { gtk_label_set_text(outcome, "Not found"); }, outcome);
 }
 
-void FindBar::AddButton(const char* name, const char* caption, GCallback pressed)
+void FindBar::AddButton(const char* name, const char* caption, Callbacks::Action pressed)
 {
     GtkWidget* button = gtk_button_new_with_label(caption);
     gtk_widget_set_name(button, name);
     gtk_widget_add_css_class(button, "command");
-    g_signal_connect(button, "clicked", pressed, this);
+    callbacks_.Connect(button, "clicked", std::move(pressed));
     gtk_box_append(GTK_BOX(row_), button);
 }
 

@@ -3,6 +3,8 @@
 
 #include <webkit/webkit.h>
 
+#include "platform/glib/Callbacks.h"
+
 namespace velmora {
 
 /// A hidden row with a field for the text and buttons for the next and the previous place. It lives as
@@ -24,7 +26,7 @@ public:
     void Step(bool isForward);
 
 private:
-    void AddButton(const char* name, const char* caption, GCallback pressed);
+    void AddButton(const char* name, const char* caption, Callbacks::Action pressed);
     void Search();
 
     WebKitWebView* view_;
@@ -32,6 +34,7 @@ private:
     GtkWidget* row_;
     GtkWidget* text_;
     GtkWidget* outcome_;
+    Callbacks callbacks_;
 };
 
 }  // namespace velmora

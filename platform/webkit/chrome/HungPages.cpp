@@ -1,6 +1,5 @@
 #include "platform/webkit/chrome/HungPages.h"
 
-#include <memory>
 #include <string>
 
 #include "platform/webkit/chrome/LoadFailures.h"
@@ -23,12 +22,10 @@ void Stop(WebKitWebView* view)
 
 void HungPages::Watch(WebKitWebView* view)
 {
-    const auto changed = +[](WebKitWebView* from, GParamSpec*, HungPages* self) {
+    callbacks_.Connect(view, "notify::is-web-process-responsive", [this](WebKitWebView* from) {
         if (webkit_web_view_get_is_web_process_responsive(from)) return;
-        const std::shared_ptr<WebKitWebView> hung(WEBKIT_WEB_VIEW(g_object_ref(from)), g_object_unref);
-        self->turns_.Post([self, hung] { self->Ask(hung.get()); });
-    };
-    callbacks_.Connect(view, "notify::is-web-process-responsive", G_CALLBACK(changed), this);
+        turns_.Post([this, hung = Held(from)] { Ask(hung.get()); });
+    });
 }
 
 void HungPages::Ask(WebKitWebView* view)

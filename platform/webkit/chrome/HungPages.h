@@ -5,7 +5,7 @@
 
 #include "platform/Dialogs.h"
 #include "platform/Turns.h"
-#include "platform/webkit/engine/Callbacks.h"
+#include "platform/glib/Callbacks.h"
 
 namespace velmora {
 

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/glib/Callbacks.h"
 #include "platform/webkit/guide/GuideSite.h"
 
 namespace velmora {
@@ -17,36 +18,35 @@ void ShowFailure(WebKitWebView* view, const char* address, const std::string& re
     webkit_web_view_load_alternate_html(view, FailurePage(failed, reason).c_str(), failed.c_str(), kFailureAddress);
 }
 
-gboolean OnLoadFailed(WebKitWebView* view, WebKitLoadEvent, const char* uri, GError* error, gpointer)
+bool OnLoadFailed(WebKitWebView* view, WebKitLoadEvent, const char* uri, GError* error)
 {
     // A load that the user or a download broke off has not failed.
     if (g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) ||
         g_error_matches(error, WEBKIT_POLICY_ERROR, WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE)) {
-        return FALSE;
+        return false;
     }
     ShowFailure(view, uri, error->message);
-    return TRUE;
+    return true;
 }
 
-gboolean OnBadCertificate(WebKitWebView* view, const char* uri, GTlsCertificate*, GTlsCertificateFlags, gpointer)
+bool OnBadCertificate(WebKitWebView* view, const char* uri)
 {
     ShowFailure(view, uri, "The site's certificate cannot be trusted, so nothing was sent to it.");
-    return TRUE;
+    return true;
 }
 
-void OnTerminated(WebKitWebView* view, WebKitWebProcessTerminationReason, gpointer)
+void OnTerminated(WebKitWebView* view)
 {
-    char* next = static_cast<char*>(g_object_steal_data(G_OBJECT(view), kNext));
-    if (next) {
-        webkit_web_view_load_uri(view, next);
-        g_free(next);
-        return;
+    const std::string next = OwnedText(static_cast<char*>(g_object_steal_data(G_OBJECT(view), kNext)));
+    if (next.empty()) {
+        ShowFailure(view, webkit_web_view_get_uri(view),
+                    "The page stopped working and was closed. Press Go to load it again.");
+    } else {
+        webkit_web_view_load_uri(view, next.c_str());
     }
-    ShowFailure(view, webkit_web_view_get_uri(view),
-                "The page stopped working and was closed. Press Go to load it again.");
 }
 
-void OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event, gpointer)
+void OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event)
 {
     if (event == WEBKIT_LOAD_COMMITTED) g_object_set_data(G_OBJECT(view), kNext, nullptr);
 }
@@ -55,10 +55,10 @@ void OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event, gpointer)
 
 void ExplainFailures(WebKitWebView* view)
 {
-    g_signal_connect(view, "load-failed", G_CALLBACK(OnLoadFailed), nullptr);
-    g_signal_connect(view, "load-failed-with-tls-errors", G_CALLBACK(OnBadCertificate), nullptr);
-    g_signal_connect(view, "load-changed", G_CALLBACK(OnLoadChanged), nullptr);
-    g_signal_connect(view, "web-process-terminated", G_CALLBACK(OnTerminated), nullptr);
+    Connect(view, "load-failed", OnLoadFailed);
+    Connect(view, "load-failed-with-tls-errors", OnBadCertificate);
+    Connect(view, "load-changed", OnLoadChanged);
+    Connect(view, "web-process-terminated", OnTerminated);
 }
 
 void EndPage(WebKitWebView* view, const std::string& next)

@@ -19,30 +19,19 @@ constexpr glong kShownLetters = 80;
 /// In small letters; empty if there is none.
 std::string SchemeOf(const std::string& address)
 {
-    char* scheme = g_uri_parse_scheme(address.c_str());
-    char* small = scheme ? g_ascii_strdown(scheme, -1) : nullptr;
-    std::string text = small ? small : "";
-    g_free(small);
-    g_free(scheme);
-    return text;
+    return OwnedText(g_ascii_strdown(OwnedText(g_uri_parse_scheme(address.c_str())).c_str(), -1));
 }
 
 std::string Shortened(const std::string& address)
 {
-    char* valid = g_utf8_make_valid(address.data(), static_cast<gssize>(address.size()));
-    std::string text = valid;
-    if (g_utf8_strlen(valid, -1) > kShownLetters) {
-        text = std::string(valid, g_utf8_offset_to_pointer(valid, kShownLetters)) + "\u2026";
-    }
-    g_free(valid);
-    return text;
+    const std::string text = OwnedText(g_utf8_make_valid(address.data(), static_cast<gssize>(address.size())));
+    if (g_utf8_strlen(text.c_str(), -1) <= kShownLetters) return text;
+    return OwnedText(g_utf8_substring(text.c_str(), 0, kShownLetters)) + "\u2026";
 }
 
 bool HasProgram(const std::string& address)
 {
-    GAppInfo* program = g_app_info_get_default_for_uri_scheme(SchemeOf(address).c_str());
-    if (program) g_object_unref(program);
-    return program;
+    return Owned(g_app_info_get_default_for_uri_scheme(SchemeOf(address).c_str())) != nullptr;
 }
 
 }  // namespace
@@ -55,16 +44,15 @@ bool IsForAnotherProgram(const std::string& address)
 
 void OtherPrograms::Guard(WebKitWebView* view)
 {
-    const auto decide = +[](WebKitWebView* from, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
-                            OtherPrograms* self) -> gboolean {
-        if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) return FALSE;
+    const auto decide = [this](WebKitWebView* from, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type) {
+        if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) return false;
         WebKitNavigationAction* action =
             webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
-        if (!self->Take(from, action)) return FALSE;
+        if (!Take(from, action)) return false;
         webkit_policy_decision_ignore(decision);
-        return TRUE;
+        return true;
     };
-    callbacks_.Connect(view, "decide-policy", G_CALLBACK(decide), this);
+    callbacks_.Connect(view, "decide-policy", decide);
 }
 
 bool OtherPrograms::Take(WebKitWebView* view, WebKitNavigationAction* action)
@@ -112,12 +100,10 @@ bool OtherPrograms::IsAllowed(const Wish& wish)
 void OtherPrograms::Launch(const std::string& address)
 {
     GError* error = nullptr;
-    GdkAppLaunchContext* context = gdk_display_get_app_launch_context(gdk_display_get_default());
-    if (!g_app_info_launch_default_for_uri(address.c_str(), G_APP_LAUNCH_CONTEXT(context), &error)) {
-        dialogs_.Tell(Shortened(address) + " could not be opened: " + error->message);
-        g_clear_error(&error);
-    }
-    g_object_unref(context);
+    const auto context = Owned(gdk_display_get_app_launch_context(gdk_display_get_default()));
+    g_app_info_launch_default_for_uri(address.c_str(), G_APP_LAUNCH_CONTEXT(context.get()), &error);
+    const auto held = Owned(error, g_error_free);
+    if (held) dialogs_.Tell(Shortened(address) + " could not be opened: " + held->message);
 }
 
 }  // namespace velmora

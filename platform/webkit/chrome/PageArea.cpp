@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "platform/glib/Callbacks.h"
 #include "platform/webkit/chrome/FindBar.h"
 
 namespace velmora {
@@ -31,6 +32,26 @@ void Reduce(WebKitWebView* view)
 /// The keys of one view; lives as long as the box.
 struct PageKeys {
     explicit PageKeys(WebKitWebView* of) : view(of), find(of) {}
+
+    void Watch(GtkWidget* box)
+    {
+        GtkEventController* keys = gtk_event_controller_key_new();
+        callbacks.Connect(keys, "key-pressed", [this](GtkEventController*, guint key, guint, GdkModifierType state) {
+            return Press(key, state);
+        });
+        gtk_widget_add_controller(box, keys);
+        // Before the page, which would scroll.
+        GtkEventController* wheel = gtk_event_controller_scroll_new(static_cast<GtkEventControllerScrollFlags>(
+            GTK_EVENT_CONTROLLER_SCROLL_VERTICAL | GTK_EVENT_CONTROLLER_SCROLL_DISCRETE));
+        gtk_event_controller_set_propagation_phase(wheel, GTK_PHASE_CAPTURE);
+        callbacks.Connect(wheel, "scroll", [this](GtkEventController* from, double, double down) {
+            if (!(gtk_event_controller_get_current_event_state(from) & GDK_CONTROL_MASK)) return false;
+            if (down < 0) Enlarge(view);
+            if (down > 0) Reduce(view);
+            return true;
+        });
+        gtk_widget_add_controller(box, wheel);
+    }
 
     bool WithControl(guint key)
     {
@@ -65,22 +86,10 @@ struct PageKeys {
     WebKitWebView* view;
     FindBar find;
     bool isTabUnused = false;  ///< The page has left a Tab key to the window, which moves the focus now.
+    Callbacks callbacks;
 };
 
 constexpr char kKeys[] = "velmora-keys";
-
-gboolean OnKey(GtkEventControllerKey*, guint key, guint, GdkModifierType state, PageKeys* keys)
-{
-    return keys->Press(key, state);
-}
-
-gboolean OnWheel(GtkEventControllerScroll* wheel, double, double down, PageKeys* keys)
-{
-    if (!(gtk_event_controller_get_current_event_state(GTK_EVENT_CONTROLLER(wheel)) & GDK_CONTROL_MASK)) return FALSE;
-    if (down < 0) Enlarge(keys->view);
-    if (down > 0) Reduce(keys->view);
-    return TRUE;
-}
 
 bool HoldsFocus(GtkWidget* widget)
 {
@@ -151,16 +160,7 @@ GtkWidget* NewPageArea(WebKitWebView* view)
     gtk_widget_set_hexpand(GTK_WIDGET(view), TRUE);
     gtk_box_append(GTK_BOX(box), GTK_WIDGET(view));
     gtk_box_append(GTK_BOX(box), keys->find.Widget());
-
-    GtkEventController* pressed = gtk_event_controller_key_new();
-    g_signal_connect(pressed, "key-pressed", G_CALLBACK(OnKey), keys);
-    gtk_widget_add_controller(box, pressed);
-    // Ahead of the page, which would scroll.
-    GtkEventController* wheel = gtk_event_controller_scroll_new(static_cast<GtkEventControllerScrollFlags>(
-        GTK_EVENT_CONTROLLER_SCROLL_VERTICAL | GTK_EVENT_CONTROLLER_SCROLL_DISCRETE));
-    gtk_event_controller_set_propagation_phase(wheel, GTK_PHASE_CAPTURE);
-    g_signal_connect(wheel, "scroll", G_CALLBACK(OnWheel), keys);
-    gtk_widget_add_controller(box, wheel);
+    keys->Watch(box);
     return box;
 }
 

@@ -11,12 +11,6 @@ namespace {
 // More than a page can have a reason for; what comes beyond is refused.
 constexpr std::size_t kMostWishes = 8;
 
-template <class T>
-std::shared_ptr<T> Held(T* object)
-{
-    return {static_cast<T*>(g_object_ref(object)), g_object_unref};
-}
-
 std::string MediaWish(WebKitUserMediaPermissionRequest* request)
 {
     if (webkit_user_media_permission_is_for_display_device(request)) return "record what is on your screen";
@@ -50,22 +44,21 @@ std::string TextOf(WebKitPermissionRequest* request)
 
 void Permissions::Guard(WebKitWebView* view)
 {
-    const auto asked = +[](WebKitWebView* from, WebKitPermissionRequest* request, Permissions* self) -> gboolean {
-        return self->Take(from, request);
-    };
-    callbacks_.Connect(view, "permission-request", G_CALLBACK(asked), this);
+    callbacks_.Connect(view, "permission-request", [this](WebKitWebView* from, WebKitPermissionRequest* request) {
+        Take(from, request);
+        return true;
+    });
 }
 
-bool Permissions::Take(WebKitWebView* view, WebKitPermissionRequest* request)
+void Permissions::Take(WebKitWebView* view, WebKitPermissionRequest* request)
 {
     Wish wish{Held(request), Held(view), StandingSite(view), TextOf(request)};
     if (wish.text.empty() || wish.site.empty() || wishes_.size() >= kMostWishes) {
         webkit_permission_request_deny(request);
-        return true;
+        return;
     }
     wishes_.push_back(std::move(wish));
     turns_.Post([this] { AskNext(); });
-    return true;
 }
 
 void Permissions::AskNext()

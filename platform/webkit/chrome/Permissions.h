@@ -10,7 +10,7 @@
 
 #include "platform/Dialogs.h"
 #include "platform/Turns.h"
-#include "platform/webkit/engine/Callbacks.h"
+#include "platform/glib/Callbacks.h"
 
 namespace velmora {
 
@@ -31,7 +31,7 @@ private:
         std::string text;  ///< What the site wants to do.
     };
 
-    bool Take(WebKitWebView* view, WebKitPermissionRequest* request);
+    void Take(WebKitWebView* view, WebKitPermissionRequest* request);
     void AskNext();
     bool IsGranted(const Wish& wish);
 

@@ -17,13 +17,13 @@ constexpr int kLeast = 100;
 // More than anybody looks at; a page that goes on opening windows gets no further.
 constexpr std::size_t kMostWindows = 20;
 
-void ShowWindow(WebKitWebView* view, gpointer window)
+void ShowWindow(WebKitWebView* view, GtkWindow* window)
 {
     GdkRectangle wanted{};
     webkit_window_properties_get_geometry(webkit_web_view_get_window_properties(view), &wanted);
     const bool hasWish = wanted.width > kLeast || wanted.height > kLeast;
-    gtk_window_set_default_size(GTK_WINDOW(window), hasWish ? wanted.width : kWidth, hasWish ? wanted.height : kHeight);
-    gtk_window_present(GTK_WINDOW(window));
+    gtk_window_set_default_size(window, hasWish ? wanted.width : kWidth, hasWish ? wanted.height : kHeight);
+    gtk_window_present(window);
 }
 
 // The window has no address line, so its title tells where the page comes from: first, where a long
@@ -34,13 +34,6 @@ void ShowTitle(WebKitWebView* view, GtkWindow* window)
     const std::string site = StandingSite(view);
     const std::string text = site + " - " + (title ? title : "");
     gtk_window_set_title(window, text.c_str());
-}
-
-void OnTitle(WebKitWebView* view, GParamSpec*, gpointer window) { ShowTitle(view, GTK_WINDOW(window)); }
-
-void OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event, gpointer window)
-{
-    if (event == WEBKIT_LOAD_COMMITTED) ShowTitle(view, GTK_WINDOW(window));
 }
 
 /// Whether a script opens the window for, or sends it to, what the engine cannot show.
@@ -66,46 +59,43 @@ WebKitWebView* PopupWindows::Open(WebKitWebView* opener)
     auto* view = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "related-view", opener, "settings",
                                               webkit_web_view_get_settings(opener), nullptr));
     CountAsOpener(view, opener);
-    // Ahead of the services, which let nobody else see what is another program's.
-    const auto decide = +[](WebKitWebView* from, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type,
-                            PopupWindows* self) -> gboolean {
-        if (OpensAnotherProgram(decision, type)) self->CloseIfEmpty(from);
-        return FALSE;
+    // Before the services, which let nobody else see what is another program's.
+    const auto decide = [this](WebKitWebView* from, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type) {
+        if (OpensAnotherProgram(decision, type)) CloseIfEmpty(from);
     };
-    callbacks_.Connect(view, "decide-policy", G_CALLBACK(decide), this);
+    callbacks_.Connect(view, "decide-policy", decide);
     services_.Serve(view);
-    GtkWidget* window = gtk_window_new();
-    gtk_widget_set_name(window, "Popup");
-    gtk_widget_add_css_class(window, "velmora");
-    gtk_window_set_child(GTK_WINDOW(window), NewPageArea(view));
-    windows_.push_back(GTK_WINDOW(window));
-    ShowTitle(view, GTK_WINDOW(window));
-    Connect(view, window);
+    auto* window = GTK_WINDOW(gtk_window_new());
+    gtk_widget_set_name(GTK_WIDGET(window), "Popup");
+    gtk_widget_add_css_class(GTK_WIDGET(window), "velmora");
+    gtk_window_set_child(window, NewPageArea(view));
+    windows_.push_back(window);
+    ShowTitle(view, window);
+    Watch(view, window);
     return view;
 }
 
-void PopupWindows::Connect(WebKitWebView* view, GtkWidget* window)
+void PopupWindows::Watch(WebKitWebView* view, GtkWindow* window)
 {
-    g_signal_connect_object(view, "ready-to-show", G_CALLBACK(ShowWindow), window, GConnectFlags(0));
-    g_signal_connect_object(view, "notify::title", G_CALLBACK(OnTitle), window, GConnectFlags(0));
-    g_signal_connect_object(view, "load-changed", G_CALLBACK(OnLoadChanged), window, GConnectFlags(0));
-    callbacks_.Connect(window, "destroy",
-                       G_CALLBACK(+[](GtkWindow* gone, PopupWindows* self) { self->windows_.remove(gone); }), this);
-    const auto close = +[](WebKitWebView* from, PopupWindows* self) { self->Close(from); };
-    callbacks_.Connect(view, "close", G_CALLBACK(close), this);
-    // Nobody is asked about windows of windows; those that the user's own click opens are let through.
-    const auto create = +[](WebKitWebView* from, WebKitNavigationAction* action, PopupWindows* self) {
-        return webkit_navigation_action_is_user_gesture(action) ? self->Open(from) : nullptr;
+    Connect(
+        view, "ready-to-show", [window](WebKitWebView* from) { ShowWindow(from, window); }, window);
+    Connect(
+        view, "notify::title", [window](WebKitWebView* from) { ShowTitle(from, window); }, window);
+    const auto changed = [window](WebKitWebView* from, WebKitLoadEvent event) {
+        if (event == WEBKIT_LOAD_COMMITTED) ShowTitle(from, window);
     };
-    callbacks_.Connect(view, "create", G_CALLBACK(create), this);
-    const auto failed =
-        +[](WebKitWebView* from, WebKitLoadEvent, const char*, GError* error, PopupWindows* self) -> gboolean {
+    Connect(view, "load-changed", changed, window);
+    callbacks_.Connect(window, "destroy", [this](GtkWindow* gone) { windows_.remove(gone); });
+    callbacks_.Connect(view, "close", [this](WebKitWebView* from) { Close(from); });
+    // Nobody is asked about windows of windows; those that the user's own click opens are let through.
+    callbacks_.Connect(view, "create", [this](WebKitWebView* from, WebKitNavigationAction* action) {
+        return webkit_navigation_action_is_user_gesture(action) ? Open(from) : nullptr;
+    });
+    callbacks_.Connect(view, "load-failed", [this](WebKitWebView* from, WebKitLoadEvent, const char*, GError* error) {
         const bool isSaved =
             g_error_matches(error, WEBKIT_POLICY_ERROR, WEBKIT_POLICY_ERROR_FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE);
-        if (isSaved) self->CloseIfEmpty(from);
-        return FALSE;
-    };
-    callbacks_.Connect(view, "load-failed", G_CALLBACK(failed), this);
+        if (isSaved) CloseIfEmpty(from);
+    });
 }
 
 void PopupWindows::CloseIfEmpty(WebKitWebView* view)
@@ -116,8 +106,7 @@ void PopupWindows::CloseIfEmpty(WebKitWebView* view)
 void PopupWindows::Close(WebKitWebView* view)
 {
     // Not in the middle of the view's own signal.
-    const std::shared_ptr<WebKitWebView> held(WEBKIT_WEB_VIEW(g_object_ref(view)), g_object_unref);
-    callbacks_.Later([held] {
+    callbacks_.Later([held = Held(view)] {
         if (GtkRoot* window = gtk_widget_get_root(GTK_WIDGET(held.get()))) gtk_window_destroy(GTK_WINDOW(window));
     });
 }

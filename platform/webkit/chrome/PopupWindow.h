@@ -5,8 +5,8 @@
 
 #include <list>
 
+#include "platform/glib/Callbacks.h"
 #include "platform/webkit/chrome/ViewServices.h"
-#include "platform/webkit/engine/Callbacks.h"
 
 namespace velmora {
 
@@ -24,7 +24,7 @@ public:
     WebKitWebView* Open(WebKitWebView* opener);
 
 private:
-    void Connect(WebKitWebView* view, GtkWidget* window);
+    void Watch(WebKitWebView* view, GtkWindow* window);
     /// A window that was opened for a file, or for another program, has nothing to show.
     void CloseIfEmpty(WebKitWebView* view);
     void Close(WebKitWebView* view);

@@ -7,12 +7,12 @@ namespace velmora {
 
 namespace {
 
-gboolean OnDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type, gpointer)
+bool OnDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decision, WebKitPolicyDecisionType type)
 {
-    if (type != WEBKIT_POLICY_DECISION_TYPE_RESPONSE) return FALSE;
-    if (!IsForSaving(WEBKIT_RESPONSE_POLICY_DECISION(decision))) return FALSE;
+    if (type != WEBKIT_POLICY_DECISION_TYPE_RESPONSE) return false;
+    if (!IsForSaving(WEBKIT_RESPONSE_POLICY_DECISION(decision))) return false;
     webkit_policy_decision_download(decision);
-    return TRUE;
+    return true;
 }
 
 }  // namespace
@@ -21,7 +21,7 @@ void ViewServices::Serve(WebKitWebView* view)
 {
     WatchStandingPage(view);
     otherPrograms_.Guard(view);
-    g_signal_connect(view, "decide-policy", G_CALLBACK(OnDecidePolicy), nullptr);
+    Connect(view, "decide-policy", OnDecidePolicy);
     ExplainFailures(view);
     hungPages_.Watch(view);
     permissions_.Guard(view);

@@ -7,6 +7,7 @@
 #include <numeric>
 
 #include "platform/document/Address.h"
+#include "platform/glib/Handle.h"
 
 namespace velmora {
 
@@ -149,9 +150,9 @@ void PageAgents::AnswerHello(WebKitUserMessage* message, std::uint64_t number)
 {
     auto channel = std::make_shared<PageChannel>(wait_, time_);
     const int descriptor = channel->TakeAgentEnd();
-    GUnixFDList* descriptors = g_unix_fd_list_new_from_array(&descriptor, 1);  // takes the descriptor over
-    webkit_user_message_send_reply(message, webkit_user_message_new_with_fd_list(wire::kHello, nullptr, descriptors));
-    g_object_unref(descriptors);
+    const auto descriptors = Owned(g_unix_fd_list_new_from_array(&descriptor, 1));  // takes the descriptor over
+    webkit_user_message_send_reply(message,
+                                   webkit_user_message_new_with_fd_list(wire::kHello, nullptr, descriptors.get()));
     agents_.remove_if([number](const Agent& agent) { return agent.number == number; });
     agents_.push_front({number, channel});
     if (agents_.size() > kMostAgents) agents_.pop_back();

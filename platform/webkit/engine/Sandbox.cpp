@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+#include "platform/glib/Handle.h"
+
 namespace velmora {
 
 namespace {
@@ -21,9 +23,7 @@ bool Succeeds(const char* const* command)
 
 bool HasSessionBus()
 {
-    char* address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
-    g_free(address);
-    return address;
+    return !OwnedText(g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr)).empty();
 }
 
 }  // namespace

@@ -1,12 +1,14 @@
 #include "platform/webkit/engine/StandingPage.h"
 
+#include "platform/glib/Callbacks.h"
+
 namespace velmora {
 
 namespace {
 
 constexpr char kStanding[] = "velmora-standing";
 
-void OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event, gpointer)
+void OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event)
 {
     if (event != WEBKIT_LOAD_COMMITTED) return;
     // The user may have sent the view on already, which then gives the address that comes next.
@@ -18,10 +20,7 @@ void OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event, gpointer)
 
 }  // namespace
 
-void WatchStandingPage(WebKitWebView* view)
-{
-    g_signal_connect(view, "load-changed", G_CALLBACK(OnLoadChanged), nullptr);
-}
+void WatchStandingPage(WebKitWebView* view) { Connect(view, "load-changed", OnLoadChanged); }
 
 void CountAsOpener(WebKitWebView* view, WebKitWebView* opener)
 {
@@ -38,12 +37,9 @@ std::string SiteOf(const std::string& address)
 {
     // Whose an empty page is cannot be told by its address.
     if (address.empty() || address.starts_with("about:")) return address;
-    WebKitSecurityOrigin* origin = webkit_security_origin_new_for_uri(address.c_str());
-    char* name = webkit_security_origin_to_string(origin);
-    const std::string site = name ? name : address;
-    g_free(name);
-    webkit_security_origin_unref(origin);
-    return site;
+    const auto origin = Owned(webkit_security_origin_new_for_uri(address.c_str()), webkit_security_origin_unref);
+    const std::string site = OwnedText(webkit_security_origin_to_string(origin.get()));
+    return site.empty() ? address : site;
 }
 
 std::string StandingSite(WebKitWebView* view) { return SiteOf(StandingAddress(view)); }

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "guide_pages.h"
+#include "platform/glib/Handle.h"
 
 namespace velmora {
 
@@ -54,10 +55,7 @@ std::string Decoded(std::string_view escaped)
             bytes += escaped[i] == '+' ? ' ' : escaped[i];
         }
     }
-    char* valid = g_utf8_make_valid(bytes.data(), static_cast<gssize>(bytes.size()));
-    std::string text = valid;
-    g_free(valid);
-    return text;
+    return OwnedText(g_utf8_make_valid(bytes.data(), static_cast<gssize>(bytes.size())));
 }
 
 /// A table row for each name=value pair.
@@ -122,20 +120,18 @@ void Finish(WebKitURISchemeRequest* request, const std::string& sent)
     const char* method = webkit_uri_scheme_request_get_http_method(request);
     const Page page = PageOf(webkit_uri_scheme_request_get_uri(request), method ? method : "GET", sent);
     const auto size = static_cast<gssize>(page.text.size());
-    GInputStream* stream =
-        g_memory_input_stream_new_from_data(g_memdup2(page.text.data(), page.text.size()), size, g_free);
-    WebKitURISchemeResponse* response = webkit_uri_scheme_response_new(stream, size);
-    webkit_uri_scheme_response_set_content_type(response, page.type);
-    webkit_uri_scheme_response_set_status(response, page.status, nullptr);
-    webkit_uri_scheme_request_finish_with_response(request, response);
-    g_object_unref(response);
-    g_object_unref(stream);
+    const auto stream =
+        Owned(g_memory_input_stream_new_from_data(g_memdup2(page.text.data(), page.text.size()), size, g_free));
+    const auto response = Owned(webkit_uri_scheme_response_new(stream.get(), size));
+    webkit_uri_scheme_response_set_content_type(response.get(), page.type);
+    webkit_uri_scheme_response_set_status(response.get(), page.status, nullptr);
+    webkit_uri_scheme_request_finish_with_response(request, response.get());
 }
 
 /// A form's body on its way from the engine. One byte more than the guide reads tells that it is too
 /// long; whatever comes after that is left unread.
 struct Body {
-    WebKitURISchemeRequest* request;
+    std::shared_ptr<WebKitURISchemeRequest> request;
     std::array<char, kMostBytes + 1> bytes;
 };
 
@@ -144,17 +140,15 @@ void OnRead(GObject* stream, GAsyncResult* result, gpointer data)
     const std::unique_ptr<Body> body(static_cast<Body*>(data));
     gsize count = 0;
     g_input_stream_read_all_finish(G_INPUT_STREAM(stream), result, &count, nullptr);
-    Finish(body->request, std::string(body->bytes.data(), count));
-    g_object_unref(body->request);
+    Finish(body->request.get(), std::string(body->bytes.data(), count));
 }
 
 void Serve(WebKitURISchemeRequest* request, gpointer)
 {
-    if (GInputStream* stream = webkit_uri_scheme_request_get_http_body(request)) {
-        auto* body = new Body{WEBKIT_URI_SCHEME_REQUEST(g_object_ref(request)), {}};
-        g_input_stream_read_all_async(stream, body->bytes.data(), body->bytes.size(), G_PRIORITY_DEFAULT, nullptr,
+    if (const auto stream = Owned(webkit_uri_scheme_request_get_http_body(request))) {
+        auto* body = new Body{Held(request), {}};
+        g_input_stream_read_all_async(stream.get(), body->bytes.data(), body->bytes.size(), G_PRIORITY_DEFAULT, nullptr,
                                       OnRead, body);
-        g_object_unref(stream);
         return;
     }
     const std::string address = webkit_uri_scheme_request_get_uri(request);
