@@ -11,7 +11,7 @@
 
   const { getAttribute, hasAttribute, matches, closest, querySelector } = Element.prototype;
   const { addEventListener, removeEventListener, dispatchEvent } = EventTarget.prototype;
-  const { getElementsByTagName } = Document.prototype;
+  const { getElementsByTagName, createElementNS } = Document.prototype;
 
   // A page that opens its document anew (document.open) takes all listeners off it and its window. Those
   // of the agent come back with the new content; one that is there is not added twice.
@@ -34,6 +34,7 @@
     charset: () => read(Document, "characterSet", document),
     byTag: (name) => Array.from(getElementsByTagName.call(document, name)),
     first: (selector) => Document.prototype.querySelector.call(document, selector),
+    newLink: (owner) => createElementNS.call(owner, "http://www.w3.org/1999/xhtml", "a"),
     isElement: (node) => node instanceof Element,
     parentOf: (node) => read(Node, "parentElement", node),
     attribute: (element, name) => getAttribute.call(element, name),

@@ -20,7 +20,7 @@
 
   /** The bytes that the default encoding makes of a form's entries; a file gives its name. */
   function formBody(form, entries) {
-    encodeForm ??= parts.formbody(parts.convert);
+    encodeForm ??= parts.formbody(dom, parts.convert);
     const texts = Array.from(entries, ([name, value]) => [name, typeof value === "string" ? value : value.name]);
     return encodeForm(texts, encodingOf(form));
   }
