@@ -54,7 +54,9 @@ public:
         const std::string answer = Request(document, wire::kRead, wire::Pack(request));
         try {
             wire::Reader reader(answer);
-            return parse(reader);
+            auto result = parse(reader);
+            reader.End();
+            return result;
         } catch (const wire::WireError& error) {
             throw DocumentError(error.what());
         }

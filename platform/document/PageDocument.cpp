@@ -206,8 +206,7 @@ public:
         if (i < 0 || i >= Facts().frames) throw DocumentError("no such frame");
         const auto inside = link_.Read({"frame", std::to_string(i)}, [](wire::Reader& reader) {
             wire::DocumentName name;
-            name.frame = reader.Number();
-            name.number = reader.Number();
+            reader.Read(name.frame, name.number);
             return name;
         });
         return std::make_shared<PageFrame>(PagePlace{link_.Place().channel, inside});

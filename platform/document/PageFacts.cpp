@@ -5,26 +5,17 @@ namespace velmora {
 FormFacts ReadForm(wire::Reader& reader)
 {
     FormFacts form;
-    form.handle = reader.Text();
-    form.action = reader.Text();
-    form.id = reader.Text();
+    reader.Read(form.handle, form.action, form.id);
     return form;
 }
 
 ElementFacts ReadElement(wire::Reader& reader)
 {
     ElementFacts element;
-    element.handle = reader.Text();
-    element.name = reader.Text();
-    element.type = reader.Text();
-    element.value = reader.Text();
-    element.checked = reader.Flag();
-    element.src = reader.Text();
+    reader.Read(element.handle, element.name, element.type, element.value, element.checked, element.src);
     element.options = ReadSeveral(reader, [](wire::Reader& part) {
         OptionFacts option;
-        option.text = part.Text();
-        option.value = part.Text();
-        option.selected = part.Flag();
+        part.Read(option.text, option.value, option.selected);
         return option;
     });
     return element;

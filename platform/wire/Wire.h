@@ -93,8 +93,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Reads a packed text from its first part to its last. What is missing or malformed throws
-/// WireError.
+/// Reads a packed text from its first part to its last. What is missing, malformed or left over throws
+/// WireError: the two ends must know the same fields of a message.
 class Reader {
 public:
     explicit Reader(std::string_view packed) : rest_(packed) {}
@@ -124,7 +124,24 @@ public:
 
     bool Flag() { return Number() != 0; }
 
+    /// Reads several fields in their order.
+    template <class... Fields>
+    void Read(Fields&... fields)
+    {
+        (Take(fields), ...);
+    }
+
+    /// To be called after the last part.
+    void End() const
+    {
+        if (!ended_) throw WireError("there is more than was expected");
+    }
+
 private:
+    void Take(std::string& text) { text = Text(); }
+    void Take(std::uint64_t& number) { number = Number(); }
+    void Take(bool& flag) { flag = Flag(); }
+
     static std::string Unescape(std::string_view part)
     {
         if (part.find('\\') == std::string_view::npos) return std::string(part);

@@ -65,7 +65,7 @@ void ExpectRefused(const FakeAgent::Answer& answer)
 
 TEST(PageChannel, AnswersThatMakeNoSenseAreFailures)
 {
-    const std::string form = "0\n1\n7\nto.cgi\n\n";
+    const std::string form = "0\n1\n7\nto.cgi\n";
     const std::vector<std::string> elements{"",
                                             "x",
                                             "1",
@@ -80,7 +80,7 @@ TEST(PageChannel, AnswersThatMakeNoSenseAreFailures)
             SendWhole(descriptor, request == "document" ? form : answer);
         });
     }
-    for (const std::string answer : {"", "0", "0\n3\n1\na", "2000000000\n0", "0\n18446744073709551615"}) {
+    for (const std::string answer : {"", "0", "0\n3\n1\na", "2000000000\n0", "0\n18446744073709551615", "0\n0\nmore"}) {
         SCOPED_TRACE(answer);
         ExpectRefused([&](int descriptor, const std::string&) { SendWhole(descriptor, answer); });
     }

@@ -27,12 +27,8 @@ PageAction ReadFormAction(wire::Reader& reader, const PagePlace& place)
 {
     PageAction form;
     form.isForm = true;
-    form.url = reader.Text();
-    form.method = reader.Text();
-    form.target = reader.Text();
-    form.body = reader.Text();
-    form.userActs = reader.Number();
     form.place = place;
+    reader.Read(form.url, form.method, form.target, form.body, form.userActs);
     if (form.body.size() > kLongestBody) form.body.clear();
     return form;
 }
@@ -40,10 +36,8 @@ PageAction ReadFormAction(wire::Reader& reader, const PagePlace& place)
 PageAction ReadLinkAction(wire::Reader& reader, const PagePlace& place)
 {
     PageAction link;
-    link.url = reader.Text();
-    link.target = reader.Text();
-    link.staysHere = reader.Flag();
     link.place = place;
+    reader.Read(link.url, link.target, link.staysHere);
     return link;
 }
 
@@ -51,8 +45,7 @@ PageSubmission ReadSubmission(wire::Reader& reader, const PagePlace& place)
 {
     PageSubmission submission;
     submission.action = ReadFormAction(reader, place);
-    submission.url = reader.Text();
-    submission.time = reader.Number();
+    reader.Read(submission.url, submission.time);
     submission.form.form = ReadForm(reader);
     submission.form.elements = ReadElements(reader);
     return submission;
@@ -71,10 +64,9 @@ bool PageAgents::Take(WebKitUserMessage* message)
     if (length > wire::kLongestEvent) return true;
     try {
         wire::Reader reader(std::string_view(packed, length));
-        const std::uint64_t agent = reader.Number();
+        std::uint64_t agent = 0;
         PagePlace place;
-        place.document.frame = reader.Number();
-        place.document.number = reader.Number();
+        reader.Read(agent, place.document.frame, place.document.number);
         if (name == wire::kHello) {
             AnswerHello(message, agent);
         } else if (name == wire::kError) {
@@ -92,22 +84,28 @@ bool PageAgents::Take(WebKitUserMessage* message)
 
 void PageAgents::Dispatch(const std::string& name, wire::Reader& reader, const PagePlace& place)
 {
-    if (name == wire::kBegun) {
-        const std::string url = reader.Text();
-        const bool isTop = reader.Flag();
+    const auto whole = [&](auto read) {
+        auto told = read(reader, place);
+        reader.End();
+        return told;
+    };
+    if (name == wire::kBegun || name == wire::kFinished) {
+        std::string url;
+        bool isTop = false;
+        reader.Read(url, isTop);
+        reader.End();
         if (isTop) top_ = place;
-        listener_.OnBegun(place, url, isTop);
-    } else if (name == wire::kFinished) {
-        const std::string url = reader.Text();
-        const bool isTop = reader.Flag();
-        if (isTop) top_ = place;
-        listener_.OnFinished(place, url, isTop);
+        if (name == wire::kBegun) {
+            listener_.OnBegun(place, url, isTop);
+        } else {
+            listener_.OnFinished(place, url, isTop);
+        }
     } else if (name == wire::kFormData) {
-        Remember(ReadFormAction(reader, place));
+        Remember(whole(ReadFormAction));
     } else if (name == wire::kLink) {
-        Remember(ReadLinkAction(reader, place));
+        Remember(whole(ReadLinkAction));
     } else if (name == wire::kSubmitted && listener_.TakesSubmissions()) {
-        listener_.OnSubmitted(ReadSubmission(reader, place));
+        listener_.OnSubmitted(whole(ReadSubmission));
     }
 }
 
