@@ -23,7 +23,7 @@ constexpr std::chrono::milliseconds kBurstPause{1};
 // user holds it up is this the time that the page waits.
 constexpr std::chrono::milliseconds kTurnPause{20};
 
-// Ahead of every source of the engine's own.
+// Before every source of the engine's own.
 constexpr int kPriority = G_PRIORITY_HIGH * 2;
 
 }  // namespace

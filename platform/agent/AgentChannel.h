@@ -29,7 +29,7 @@ public:
     ~AgentChannel();
 
     /// Waits a moment for requests and serves them, up to and including the first write, from inside a
-    /// document's last event: what the engine does behind it, the layout of the whole page, can take
+    /// document's last event: what the engine does after it, the layout of the whole page, can take
     /// long, and the program stands still until it has its answers. True after a write: its answer
     /// goes out with the next call, which is to come when the page's own promises have run. False
     /// when there is nothing more to serve here.

@@ -11,7 +11,7 @@ namespace velmora {
 std::string LoadableAddress(const std::string& typed);
 
 std::string WithoutFragment(const std::string& url);
-/// Without the fragment behind the query as well.
+/// Without the fragment either.
 std::string WithoutQuery(const std::string& url);
 
 }  // namespace velmora

@@ -146,7 +146,7 @@ std::optional<std::string> WebKitBrowser::ReportedAddress(const std::string& url
     const auto isShownAs = [&](const std::string& shown) { return WithoutFragment(shown) == WithoutFragment(url); };
     const std::string standing = StandingAddress(view_.get());
     if (isShownAs(standing)) return url;
-    // A script moves the address within the document; the history follows, and runs ahead of loads.
+    // A script moves the address within the document; the history follows, but also names what is only being loaded.
     WebKitBackForwardListItem* item =
         webkit_back_forward_list_get_current_item(webkit_web_view_get_back_forward_list(view_.get()));
     const bool hasMoved = isShownAs(TextOf(item ? webkit_back_forward_list_item_get_uri(item) : nullptr));

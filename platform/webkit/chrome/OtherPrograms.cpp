@@ -59,7 +59,7 @@ bool OtherPrograms::Take(WebKitWebView* view, WebKitNavigationAction* action)
 {
     const std::string address = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
     if (!IsForAnotherProgram(address)) return false;
-    // The view takes on an address ahead of its page only when the program itself loads it.
+    // The view takes on an address before its page only when the program itself loads it.
     const char* loaded = webkit_web_view_get_uri(view);
     const bool isTyped = loaded && address == loaded;
     const Wish wish{address, isTyped ? "" : StandingSite(view)};

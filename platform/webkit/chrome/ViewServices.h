@@ -21,8 +21,8 @@ public:
     }
 
     /// From now on the view leaves to other programs what is theirs, explains failures, saves what cannot
-    /// be shown, asks before pages get what needs leave, and tells when a page hangs. To be called ahead of
-    /// the view's other handlers of navigations: they do not get what is another program's.
+    /// be shown, asks before pages get what needs leave, and tells when a page hangs. To be called before
+    /// the view gets other handlers of navigations: they do not get what is another program's.
     void Serve(WebKitWebView* view);
 
     velmora::Downloads& Downloads() { return downloads_; }

@@ -17,8 +17,8 @@ namespace {
 // for more than this costs only its own earlier channels.
 constexpr std::size_t kMostAgents = 32;
 
-// An action that its navigation does not follow (a form's data read by the page's own script, a link
-// that a script took over) stays behind; only the latest can matter.
+// An action that no navigation follows (a form's data read by the page's own script, a link
+// that a script took over) stays here; only the latest can matter.
 constexpr std::size_t kMostActions = 16;
 constexpr std::size_t kLongestBody = std::size_t{4} << 20;  // In bytes.
 constexpr std::size_t kMostBodies = std::size_t{16} << 20;

@@ -8,7 +8,7 @@
 namespace velmora {
 
 /// To be called before the view loads anything: from now on it is known what stands in it. The view's
-/// own address, and its place in the history, run ahead to a page that is only being loaded.
+/// own address, and its place in the history, may be those of a page that is only being loaded.
 void WatchStandingPage(WebKitWebView* view);
 
 /// A window that a page opened counts as its opener's until it has a page of its own: what its opener

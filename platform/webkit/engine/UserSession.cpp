@@ -19,7 +19,7 @@ WebKitNetworkSession* NewUserSession(const std::string& dataFolder, const std::s
     if (dataFolder.empty()) return webkit_network_session_new_ephemeral();
     // An empty name would be the folder that the program was started in.
     const std::string cache = cacheFolder.empty() ? dataFolder + "/cache" : cacheFolder;
-    // Ahead of the engine, which would make them open to everyone on the machine.
+    // Before the engine does, which would make them open to everyone on the machine.
     MakePrivateFolder(dataFolder);
     MakePrivateFolder(cache);
     WebKitNetworkSession* session = webkit_network_session_new(dataFolder.c_str(), cache.c_str());
