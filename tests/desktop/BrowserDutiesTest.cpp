@@ -1,16 +1,11 @@
 // What a browser owes its user beside the forms: downloads, questions of pages, leave for what needs
 // it, cookies that last, pages that hang, finding and enlarging.
 #include <gmock/gmock.h>
-#include <gtkmm/button.h>
 #include <gtkmm/entry.h>
 #include <gtkmm/filechooserdialog.h>
-#include <gtkmm/label.h>
 
-#include <chrono>
 #include <fstream>
-#include <utility>
 
-#include "tests/desktop/Hands.h"
 #include "tests/desktop/Harness.h"
 
 namespace velmora::test {
@@ -36,14 +31,7 @@ protected:
     /// Waits for a question that the page's script asks; it stands in the view itself.
     void AwaitScriptDialog()
     {
-        const auto isOpen = [&] {
-            for (GtkWidget* child = gtk_widget_get_first_child(GTK_WIDGET(Engine().View())); child;
-                 child = gtk_widget_get_next_sibling(child)) {
-                if (std::string(G_OBJECT_TYPE_NAME(child)).find("Dialog") != std::string::npos) return true;
-            }
-            return false;
-        };
-        RunUntil(isOpen, "a script's question");
+        RunUntil([&] { return Find(MainWindow(), "WebKitScriptDialogImpl"); }, "a script's question");
     }
 };
 
@@ -62,13 +50,6 @@ protected:
         gtk_file_chooser_set_current_name(chooser, (folder_ / name).c_str());
         gtk_dialog_response(GTK_DIALOG(chooser), GTK_RESPONSE_ACCEPT);
     }
-    static GtkDialog* OverwriteQuestion()
-    {
-        for (Gtk::Window* window : Gtk::Window::list_toplevels()) {
-            if (GTK_IS_MESSAGE_DIALOG(window->gobj())) return GTK_DIALOG(window->gobj());
-        }
-        return nullptr;
-    }
     static std::string NameIn(GtkFileChooser* chooser)
     {
         char* name = gtk_file_chooser_get_current_name(chooser);
@@ -76,17 +57,28 @@ protected:
         g_free(name);
         return text;
     }
-    /// Of a file of which less comes than it says.
-    const std::string kHead = "HTTP/1.1 200 OK\r\nContent-Type: application/x-thing\r\nContent-Length: 4000000\r\n\r\n";
-    bool IsListShown() { return Widget("lstDownloads").get_visible(); }
+    /// Fetches a file of which only the beginning comes, and then the end of the connection or nothing.
+    void FetchPart(const std::string& name, bool hangs)
+    {
+        server_.Answer(
+            "/big.bin",
+            {.Body = "HTTP/1.1 200 OK\r\nContent-Type: application/x-thing\r\nContent-Length: 400000\r\n\r\n" +
+                     std::string(100000, 'x'),
+             .Hangs = hangs,
+             .IsRaw = true});
+        Save(Fetch(server_.Url("/big.bin")), name);
+    }
+    bool IsThere(const std::string& name) { return std::filesystem::exists(folder_ / name); }
+    void ListShows(bool isShown)
+    {
+        RunUntil([&] { return Widget("lstDownloads").get_visible() == isShown; }, "the list of downloads");
+    }
 };
 
 TEST_F(FileDownloads, GoWhereTheUserSaysAndNeverOverAFileUnasked)
 {
-    server_.Handler("/report", [](const Request&) {
-        return Response{
-            "new text", "text/plain", 200, {{"Content-Disposition", "attachment; filename=\"../.a<b>&.txt\""}}, false};
-    });
+    server_.Answer("/report", {.Body = "new text",
+                               .Headers = {{"Content-Disposition", "attachment; filename=\"../.a<b>&.txt\""}}});
     Show("/page.html", "<form action='x'></form>");
     GtkFileChooser* chooser = Fetch(server_.Url("/report"));
     EXPECT_EQ(NameIn(chooser), "a_b_&.txt");
@@ -101,44 +93,35 @@ TEST_F(FileDownloads, GoWhereTheUserSaysAndNeverOverAFileUnasked)
     std::ofstream(path) << "precious";
     chooser = Fetch(server_.Url("/report"));
     Save(chooser, "kept.txt");
-    RunUntil([] { return OverwriteQuestion(); }, "the chooser's own question");
-    gtk_dialog_response(OverwriteQuestion(), GTK_RESPONSE_CANCEL);
+    RunUntil([] { return OpenWindow("GtkMessageDialog"); }, "the chooser's own question");
+    gtk_dialog_response(GTK_DIALOG(OpenWindow("GtkMessageDialog")->gobj()), GTK_RESPONSE_CANCEL);
     EXPECT_EQ(FileText(folder_ / "kept.txt"), "precious");
     gtk_dialog_response(GTK_DIALOG(chooser), GTK_RESPONSE_CANCEL);
     RunUntil([] { return !OpenWindow("Save File"); }, "the chooser to go");
     EXPECT_EQ(FileText(folder_ / "kept.txt"), "precious");
-    EXPECT_FALSE(IsListShown());
+    ListShows(false);
 }
 
 TEST_F(FileDownloads, RunInSightCanBeCancelledOrFailAndEndWithTheProgram)
 {
-    server_.RawAnswer("/big.bin", {kHead + std::string(1000000, 'x'), true});
-    Save(Fetch(server_.Url("/big.bin")), "part.bin");
-    RunUntil([&] { return IsListShown(); }, "the list of downloads");
-    RunUntil(
-        [&] {
-            return std::filesystem::exists(folder_ / "part.bin.wkdownload") ||
-                   std::filesystem::exists(folder_ / "part.bin");
-        },
-        "bytes");
-    Screenshot("download");
+    FetchPart("part.bin", true);
+    ListShows(true);
+    RunUntil([&] { return IsThere("part.bin") || IsThere("part.bin.wkdownload"); }, "bytes");
     Press("cmdCancelDownload");
-    RunUntil([&] { return !IsListShown(); }, "the list to go");
-    EXPECT_FALSE(std::filesystem::exists(folder_ / "part.bin"));
+    ListShows(false);
+    EXPECT_FALSE(IsThere("part.bin"));
 
-    server_.RawAnswer("/big.bin", {kHead + std::string(1000, 'x')});
     Expect({.text = "The download has failed:\n" + (folder_ / "broken.bin").string() +
                     "\nConnection terminated unexpectedly",
             .button = "Ok"});
-    Save(Fetch(server_.Url("/big.bin")), "broken.bin");
+    FetchPart("broken.bin", false);
     RunUntil([&] { return AllAnswered(); }, "the message");
 
-    server_.RawAnswer("/big.bin", {kHead + std::string(1000000, 'x'), true});
-    Save(Fetch(server_.Url("/big.bin")), "part.bin");
-    RunUntil([&] { return IsListShown(); }, "the list of downloads");
+    FetchPart("part.bin", true);
+    ListShows(true);
     Restart();
-    EXPECT_FALSE(IsListShown());
-    EXPECT_FALSE(std::filesystem::exists(folder_ / "part.bin"));
+    ListShows(false);
+    EXPECT_FALSE(IsThere("part.bin"));
 }
 
 TEST_F(BrowserDuties, AScriptsQuestionsAreAnsweredByKeyAndHoldNobodyForEver)
@@ -161,39 +144,19 @@ TEST_F(BrowserDuties, AScriptsQuestionsAreAnsweredByKeyAndHoldNobodyForEver)
     EXPECT_EQ(Script("document.title"), "fine");
 }
 
-TEST_F(BrowserDuties, AnAnswerWithoutAPageStopsTheTicker)
-{
-    Show("/page.html", "<title>page</title>");
-    server_.Handler("/nothing", [](const Request&) { return Response{"", "text/html", 204, {}, false}; });
-    SetOff(server_.Url("/nothing"));
-    RunUntil([&] { return !server_.RequestsTo("/nothing").empty() && !Form().Timer1.Enabled(); }, "the ticker's end");
-    EXPECT_EQ(Script("document.title"), "page");
-}
-
 TEST_F(BrowserDuties, TheGuideTakesWhatItCanShowAndFromItsOwnPagesAlone)
 {
     Go("velmora://guide/practice");
-    auto last = std::chrono::steady_clock::now();
-    auto longest = last - last;
-    sigc::connection watch = Glib::signal_timeout().connect(
-        [&] {
-            const auto now = std::chrono::steady_clock::now();
-            longest = std::max(longest, now - std::exchange(last, now));
-            return true;
-        },
-        10);
+    const Heartbeat heart;
     Start(
         "fetch('answer', {method: 'POST', body: 'a=' + 'x+'.repeat(25000000)})"
         ".then(answer => document.title = answer.status)");
     Await("document.title", "413");
-    watch.disconnect();
-    EXPECT_LT(longest, std::chrono::seconds(1)) << "the window stands still";
+    EXPECT_LT(heart.Longest(), 1.0);
 
     Go("velmora://other/");
     EXPECT_EQ(Script("document.title"), "This page could not be loaded");
-    server_.Handler("/moved", [](const Request&) {
-        return Response{"", "text/html", 302, {{"Location", "velmora://guide/search"}}, false};
-    });
+    server_.Answer("/moved", {.Status = 302, .Headers = {{"Location", "velmora://guide/search"}}});
     Show("/page.html", "<iframe src='velmora://guide/search'></iframe><iframe src='/moved'></iframe>");
     EXPECT_THAT(Completed(), Not(Contains("velmora://guide/search")));
 }
@@ -203,7 +166,7 @@ TEST_F(BrowserDuties, AddressesOfOtherProgramsLeaveThePageAsItIs)
     const std::string opened = folder_ / "opened";
     g_setenv("VELMORA_TEST_OPENED", opened.c_str(), TRUE);
     const auto awaitLine = [&](const std::string& text) {
-        RunUntil([&] { return dynamic_cast<Gtk::Label&>(Widget("lblNotice")).get_text().raw() == text; }, text);
+        RunUntil([&] { return TextOf("lblNotice") == text; }, text);
         Press("cmdNoticeClose");
     };
     const std::string question =
@@ -243,7 +206,7 @@ TEST_F(BrowserDuties, NoSiteGetsWhatNeedsLeaveWithoutAYes)
              EXPECT_EQ(box->get_default_widget()->get_name().raw(), "btnNo") << "Enter refuses, too";
          }});
     // While the user's next page is on its way, the one that stands asks in its own name.
-    server_.Handler("/slow", [](const Request&) { return Response{"", "text/html", 200, {}, true}; });
+    server_.Answer("/slow", {.Hangs = true});
     SetOff(server_.Url("/slow", "localhost"));
     Script(ask + "; 1");
     Await("document.title", "?1");
@@ -262,9 +225,7 @@ TEST_F(BrowserDuties, CookiesAndSiteStorageLastFromRunToRun)
     EndProgram();
     dataFolder_ = folder_ / "data";
     StartProgram();
-    server_.Handler("/set", [](const Request&) {
-        return Response{"<title>set</title>", "text/html", 200, {{"Set-Cookie", "kept=yes; max-age=1000"}}, false};
-    });
+    server_.Answer("/set", {.Body = "<p>", .Headers = {{"Set-Cookie", "kept=yes; max-age=1000"}}});
     Go(server_.Url("/set"));
     Script("localStorage.setItem('kept', 'too')");
     Restart();
@@ -293,7 +254,7 @@ TEST_F(BrowserDuties, KeysFindAndEnlarge)
     const auto found = [&](const std::string& place) { Await("getSelection().anchorNode?.textContent ?? ''", place); };
     Key("ctrl+f");
     RunUntil([&] { return Widget("txtFind").get_mapped(); }, "the find row");
-    dynamic_cast<Gtk::Entry&>(Widget("txtFind")).set_text("TWO");
+    Widget<Gtk::Entry>("txtFind").set_text("TWO");
     found("one two");
     Press("cmdFindNext");
     found("two three");
@@ -301,8 +262,8 @@ TEST_F(BrowserDuties, KeysFindAndEnlarge)
     found("one two");
     Key("shift+F3");
     found("two three");
-    dynamic_cast<Gtk::Entry&>(Widget("txtFind")).set_text("four");
-    RunUntil([&] { return dynamic_cast<Gtk::Label&>(Widget("lblFind")).get_text() == "Not found"; }, "the outcome");
+    Widget<Gtk::Entry>("txtFind").set_text("four");
+    RunUntil([&] { return TextOf("lblFind") == "Not found"; }, "the outcome");
     Key("Escape");
     RunUntil([&] { return !Widget("txtFind").get_mapped(); }, "the find row to go");
 

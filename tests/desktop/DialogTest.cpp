@@ -1,13 +1,11 @@
 // The dialogs on the screen, with real keys and clicks.
 #include <gmock/gmock.h>
-#include <gtkmm/button.h>
 #include <gtkmm/entry.h>
 #include <gtkmm/eventcontrollerkey.h>
 #include <gtkmm/picture.h>
 
 #include <fstream>
 
-#include "tests/desktop/Hands.h"
 #include "tests/desktop/Harness.h"
 
 namespace velmora::test {
@@ -39,7 +37,6 @@ protected:
         const sigc::connection rescue = Glib::signal_timeout().connect_seconds(
             [&] {
                 ADD_FAILURE() << title << " is still open";
-                Screenshot("still open");
                 if (Gtk::Window* dialog = OpenWindow(title)) dialog->close();
                 return true;
             },
@@ -61,10 +58,7 @@ protected:
         RunUntil([&] { return isSeen; }, key + " in the box");
         box.remove_controller(keys);
     }
-    static Gtk::Entry& Entry(Gtk::Window& dialog, const std::string& name)
-    {
-        return dynamic_cast<Gtk::Entry&>(FindIn(dialog, name));
-    }
+    static Gtk::Entry& Entry(Gtk::Window& dialog, const std::string& name) { return FindIn<Gtk::Entry>(dialog, name); }
     /// Puts a text in the place of what is there, by the keyboard.
     static void Retype(Gtk::Window& dialog, const std::string& name, const std::string& keys)
     {
@@ -107,7 +101,7 @@ TEST_F(DialogOnScreen, TheEditorComesWithTheNewRecordAndChangesIt)
     InDialog(
         kTemporary, [this] { Key("Return"); },
         [this](Gtk::Window& dialog) {
-            EXPECT_THAT(server_.RequestsTo("/sent"), testing::IsEmpty()) << "the submission waits";
+            EXPECT_THAT(server_.Bodies("/sent"), testing::IsEmpty()) << "the submission waits";
             EXPECT_EQ(dialog.get_focus()->get_parent(), &FindIn(dialog, "txtSession"));
             EXPECT_FALSE(FindIn(dialog, "txtUrl").is_sensitive());
             EXPECT_FALSE(FindIn(dialog, "txtValue(2)").is_sensitive());
@@ -126,7 +120,7 @@ TEST_F(DialogOnScreen, TheEditorComesWithTheNewRecordAndChangesIt)
                 escape();
             }});
     Key("Return");
-    RunUntil([this] { return AllAnswered() && server_.RequestsTo("/sent").size() == 2; }, "the answer No");
+    RunUntil([this] { return AllAnswered() && server_.Bodies("/sent").size() == 2; }, "the answer No");
     TheDesktop().Input().Now = std::chrono::steady_clock::now;
     Form().ListView1.Remove(Form().ListView1.Item(2));
     Form().ListView1.Select(&Form().ListView1.Item(1));
@@ -215,7 +209,7 @@ TEST_F(DialogOnScreen, TheSmallDialogsTakeKeys)
             "About Velmora", [this] { Form().mnuAbout.Click.Raise(); },
             [key = key](Gtk::Window& dialog) {
                 EXPECT_EQ(PlaceOnScreen(dialog), "350,273");
-                EXPECT_TRUE(dynamic_cast<Gtk::Picture&>(FindIn(dialog, "imgLogo")).get_paintable());
+                EXPECT_TRUE(FindIn<Gtk::Picture>(dialog, "imgLogo").get_paintable());
                 PressKeys(dialog, key);
             });
     }
@@ -226,8 +220,7 @@ TEST_F(DialogOnScreen, TheSmallDialogsTakeKeys)
             "Default Home Page Setup", [this] { Form().mnuHome.Click.Raise(); },
             [](Gtk::Window& dialog) { PressKeys(dialog, "Return"); });
     }
-    EXPECT_THAT(dynamic_cast<Gtk::Label&>(Widget("lblNotice")).get_text().raw(),
-                HasSubstr("session/Velmora.xml: Not a directory"));
+    EXPECT_THAT(TextOf("lblNotice"), HasSubstr("session/Velmora.xml: Not a directory"));
     Press("cmdNoticeClose");
     EXPECT_FALSE(Widget("Notice").get_visible()) << "told once";
 }

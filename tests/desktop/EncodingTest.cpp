@@ -43,11 +43,11 @@ TEST_F(Encoding, EveryCharacterInEveryEncodingGoesOutAsAnnounced)
         server_.ForgetRequests();
         const std::size_t before = Completed().size();
         Script("document.forms[0].acceptCharset = '" + encoding + "'; document.forms[0].submit(); 1");
-        if (!RunUntil([&] { return server_.RequestsTo("/to.cgi").size() == 1; }, "the submission")) continue;
+        if (!RunUntil([&] { return server_.Bodies("/to.cgi").size() == 1; }, "the submission")) continue;
         // Another submission while the answer still comes in would be lost.
         RunUntil([&] { return Completed().size() > before; }, "the answer");
         // Of two long texts, what stands where they begin to differ.
-        const std::string received = server_.RequestsTo("/to.cgi")[0].Body;
+        const std::string received = server_.Bodies("/to.cgi")[0];
         const auto [a, b] = std::mismatch(announced.begin(), announced.end(), received.begin(), received.end());
         EXPECT_EQ(std::string(a, announced.end()).substr(0, 90), std::string(b, received.end()).substr(0, 90));
     }

@@ -1,5 +1,6 @@
 #include "tests/desktop/Hands.h"
 
+#include <glibmm/spawn.h>
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -18,13 +19,27 @@ std::string XidOf(gpointer window)
 
 }  // namespace
 
+void Each(Gtk::Widget& root, const std::function<void(Gtk::Widget&)>& look)
+{
+    look(root);
+    for (Gtk::Widget* child = root.get_first_child(); child; child = child->get_next_sibling()) Each(*child, look);
+}
+
+void EachLabel(Gtk::Widget& root, const std::function<void(Gtk::Label&)>& look)
+{
+    Each(root, [&](Gtk::Widget& widget) {
+        auto* label = dynamic_cast<Gtk::Label*>(&widget);
+        if (label && label->get_mapped()) look(*label);
+    });
+}
+
 Gtk::Widget* Find(Gtk::Widget& root, const std::string& name)
 {
-    if (root.get_name().raw() == name) return &root;
-    for (Gtk::Widget* child = root.get_first_child(); child; child = child->get_next_sibling()) {
-        if (Gtk::Widget* found = Find(*child, name)) return found;
-    }
-    return nullptr;
+    Gtk::Widget* found = nullptr;
+    Each(root, [&](Gtk::Widget& widget) {
+        if (!found && widget.get_name().raw() == name) found = &widget;
+    });
+    return found;
 }
 
 Gtk::Widget& FindIn(Gtk::Widget& root, const std::string& name)
@@ -37,57 +52,34 @@ Gtk::Widget& FindIn(Gtk::Widget& root, const std::string& name)
 Gtk::Window* OpenWindow(const std::string& title)
 {
     for (Gtk::Window* window : Gtk::Window::list_toplevels()) {
-        if (window->get_title().raw() == title && window->get_mapped()) return window;
+        if (!window->get_mapped()) continue;
+        if (window->get_title().raw() == title || window->get_name().raw() == title) return window;
     }
     return nullptr;
 }
 
-void EachLabel(Gtk::Widget& root, const std::function<void(Gtk::Label&)>& look)
-{
-    if (!root.get_mapped()) return;
-    if (auto* label = dynamic_cast<Gtk::Label*>(&root)) look(*label);
-    for (Gtk::Widget* child = root.get_first_child(); child; child = child->get_next_sibling()) {
-        EachLabel(*child, look);
-    }
-}
-
-void Robot(const std::string& command)
+std::string Robot(const std::string& command)
 {
     int status = 0;
-    const bool ran = g_spawn_command_line_sync(("xdotool " + command).c_str(), nullptr, nullptr, &status, nullptr);
-    EXPECT_TRUE(ran && status == 0) << command;
+    std::string said;
+    Glib::spawn_command_line_sync("xdotool " + command, &said, nullptr, &status);
+    EXPECT_EQ(status, 0) << command;
+    return said;
 }
 
 void FocusOn(Gtk::Window& window) { Robot("windowfocus --sync " + XidOf(window.gobj())); }
 
 std::string PlaceOnScreen(Gtk::Window& window)
 {
-    Display* display = gdk_x11_display_get_xdisplay(gtk_widget_get_display(GTK_WIDGET(window.gobj())));
-    int x = 0, y = 0;
-    ::Window child = 0;
-    XTranslateCoordinates(display, std::stoul(XidOf(window.gobj())), DefaultRootWindow(display), 0, 0, &x, &y, &child);
-    return std::to_string(x) + "," + std::to_string(y);
+    const std::string told = Robot("getwindowgeometry " + XidOf(window.gobj()));
+    const std::size_t place = told.find("Position: ") + 10;
+    return told.substr(place, told.find(' ', place) - place);
 }
 
 void PressKeys(Gtk::Window& window, const std::string& keys)
 {
     FocusOn(window);
     Robot("key --delay 20 " + keys);
-}
-
-void PressCloseBox(Gtk::Window& window)
-{
-    Display* display = gdk_x11_display_get_xdisplay(gtk_widget_get_display(GTK_WIDGET(window.gobj())));
-    XEvent event{};
-    event.xclient.type = ClientMessage;
-    event.xclient.window = std::stoul(XidOf(window.gobj()));
-    event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
-    event.xclient.format = 32;
-    event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
-    XSendEvent(display, event.xclient.window, False, NoEventMask, &event);
-    XSync(display, False);
-    while (g_main_context_iteration(nullptr, FALSE)) {
-    }
 }
 
 void ClickAt(GtkWidget* widget, double x, double y)

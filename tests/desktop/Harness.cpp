@@ -3,12 +3,10 @@
 #include <gtkmm/button.h>
 #include <gtkmm/columnview.h>
 #include <gtkmm/entry.h>
-#include <gtkmm/label.h>
 #include <gtkmm/singleselection.h>
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 
@@ -65,9 +63,9 @@ std::string FileText(const std::filesystem::path& file)
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-Desktop& TheDesktop()
+TestDesktop& TheDesktop()
 {
-    static Desktop desktop;
+    static TestDesktop desktop;
     return desktop;
 }
 
@@ -87,7 +85,6 @@ void DesktopTest::SetUp()
 
 void DesktopTest::TearDown()
 {
-    if (HasFailure() && program_) Screenshot(testing::UnitTest::GetInstance()->current_test_info()->name());
     program_.reset();
     watch_.disconnect();
     EXPECT_TRUE(AllAnswered()) << "a question was not asked: " << questions_.front().text;
@@ -101,8 +98,8 @@ void DesktopTest::StartProgram(const std::string& home)
         std::ofstream(folder_ / "session" / "Velmora.xml") << "<Type>Home</Type><Home>" << home << "</Home>";
     }
     completed_.clear();
-    dialogs_.hasEnded = false;
-    program_ = std::make_unique<Program>(TheDesktop(), dialogs_,
+    TheDesktop().hasEnded = false;
+    program_ = std::make_unique<Program>(TheDesktop(), TheDesktop(),
                                          Program::Options{.programFolder = folder_,
                                                           .agentFolder = VELMORA_AGENT_FOLDER,
                                                           .dataFolder = dataFolder_,
@@ -116,25 +113,20 @@ void DesktopTest::StartProgram(const std::string& home)
 void DesktopTest::EndProgram()
 {
     Form().mnuExit.Click.Raise();
-    EXPECT_TRUE(dialogs_.hasEnded);
+    EXPECT_TRUE(TheDesktop().hasEnded);
     program_.reset();
 }
 
 void DesktopTest::Press(const std::string& name)
 {
-    auto& button = dynamic_cast<Gtk::Button&>(Widget(name));
+    auto& button = Widget<Gtk::Button>(name);
     ASSERT_TRUE(RunUntil([&] { return button.get_mapped() && button.is_sensitive(); }, name + " to be pressable"));
     g_signal_emit_by_name(button.gobj(), "clicked");
 }
 
-void DesktopTest::TypeAddress(const std::string& address)
-{
-    dynamic_cast<Gtk::Entry&>(Widget("txtUrl")).set_text(address);
-}
-
 void DesktopTest::SetOff(const std::string& address)
 {
-    TypeAddress(address);
+    Widget<Gtk::Entry>("txtUrl").set_text(address);
     Press("cmdPlayback");
 }
 
@@ -145,11 +137,14 @@ void DesktopTest::Go(const std::string& address)
     RunUntil([&] { return completed_.size() > before && completed_.back() == address; }, address);
 }
 
+void DesktopTest::Keep(const std::string& url, const std::string& postdata)
+{
+    frmBrowser::AddRecordItem(Form().lvwPermanent, {"Form", "kept", url, server_.Url("/to.cgi"), postdata, "", ""});
+}
+
 void DesktopTest::SelectRow(const std::string& list, int row)
 {
-    auto* view = FindKind<Gtk::ColumnView>(Widget(list));
-    ASSERT_TRUE(view);
-    view->get_model()->select_item(static_cast<guint>(row - 1), true);
+    Widget<Gtk::ColumnView>(list).get_model()->select_item(static_cast<guint>(row - 1), true);
 }
 
 void DesktopTest::MoveToPermanent()
@@ -160,48 +155,27 @@ void DesktopTest::MoveToPermanent()
     Press("cmdSave");
 }
 
-void DesktopTest::Screenshot(const std::string& name)
-{
-    const char* folder = std::getenv("VELMORA_SCREENSHOTS");
-    if (!folder) return;
-    std::string file = name;
-    std::replace(file.begin(), file.end(), '/', '-');
-    const std::string command = "import -window root " + std::string(folder) + "/" + file + ".png";
-    g_spawn_command_line_sync(command.c_str(), nullptr, nullptr, nullptr, nullptr);
-}
-
 void DesktopTest::AnswerOpenQuestion()
 {
-    if (isAnswering_) return;
-    for (Gtk::Window* window : Gtk::Window::list_toplevels()) {
-        if (window->get_name() == "MsgBox" && window->get_mapped()) {
-            isAnswering_ = true;
-            Answer(*window);
-            isAnswering_ = false;
-            return;
-        }
-    }
+    Gtk::Window* box = isAnswering_ ? nullptr : OpenWindow("MsgBox");
+    if (!box) return;
+    isAnswering_ = true;
+    Answer(*box);
+    isAnswering_ = false;
 }
 
 void DesktopTest::Answer(Gtk::Window& box)
 {
-    const std::string text = dynamic_cast<Gtk::Label&>(FindIn(box, "lblText")).get_text().raw();
+    const std::string text = FindIn<Gtk::Label>(box, "lblText").get_text().raw();
     asked_.push_back(box.get_title().raw() + ": " + text);
-    std::string button;
-    if (!questions_.empty() && questions_.front().text == text) {
-        const Question question = questions_.front();
-        questions_.pop_front();
-        if (question.before) question.before();
-        button = "btn" + question.button;
-    } else {
+    if (questions_.empty() || questions_.front().text != text) {
         ADD_FAILURE() << "nobody expected the question: " << text;
-        for (const char* safe : {"btnNo", "btnCancel", "btnOk"}) {
-            if (button.empty() && Find(box, safe)) button = safe;
-        }
+        return box.close();
     }
-    Gtk::Widget* pressed = Find(box, button);
-    ASSERT_TRUE(pressed) << "no button " << button << " on: " << text;
-    g_signal_emit_by_name(pressed->gobj(), "clicked");
+    const Question question = questions_.front();
+    questions_.pop_front();
+    if (question.before) question.before();
+    g_signal_emit_by_name(FindIn(box, "btn" + question.button).gobj(), "clicked");
 }
 
 std::string DesktopTest::Script(const std::string& script)

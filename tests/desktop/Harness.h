@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <deque>
 #include <filesystem>
 #include <functional>
@@ -23,28 +25,39 @@ constexpr char kRecordQuestion[] = "A temporary record is created, do you want t
 /// for, and false comes back.
 bool RunUntil(const std::function<bool()>& condition, const std::string& what);
 
+/// The longest time for which the main loop stood still.
+class Heartbeat {
+public:
+    ~Heartbeat() { beat_.disconnect(); }
+    double Longest() const { return longest_; }  ///< In seconds.
+
+private:
+    bool Beat()
+    {
+        const auto now = std::chrono::steady_clock::now();
+        longest_ = std::max(longest_, std::chrono::duration<double>(now - last_).count());
+        last_ = now;
+        return true;
+    }
+
+    double longest_ = 0;
+    std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
+    sigc::connection beat_ = Glib::signal_timeout().connect([this] { return Beat(); }, 20);
+};
+
 /// The bytes of a file.
 std::string FileText(const std::filesystem::path& file);
 
-/// The one desktop of the test program.
-Desktop& TheDesktop();
-
 /// The desktop, but the end of the program is only noted: a test may start the next one.
-class TestDialogs : public Dialogs {
+class TestDesktop : public Desktop {
 public:
-    Answer MsgBox(const std::string& text, Buttons buttons, Icon icon, const std::string& title) override
-    {
-        return TheDesktop().MsgBox(text, buttons, icon, title);
-    }
-    void Tell(const std::string& text) override { TheDesktop().Tell(text); }
-    void ShowModal(velmora::Window& dialog) override { TheDesktop().ShowModal(dialog); }
-    void DoEvents() override { TheDesktop().DoEvents(); }
-    Twips ScreenWidth() override { return TheDesktop().ScreenWidth(); }
-    Twips ScreenHeight() override { return TheDesktop().ScreenHeight(); }
     void EndProgram() override { hasEnded = true; }
 
     bool hasEnded = false;
 };
+
+/// The one desktop of the test program.
+TestDesktop& TheDesktop();
 
 /// A question that the user expects, and the button that answers it.
 struct Question {
@@ -75,10 +88,14 @@ protected:
     Gtk::Window& MainWindow() { return program_->View().Surface(); }
 
     // The window.
-    Gtk::Widget& Widget(const std::string& name) { return FindIn(MainWindow(), name); }
+    template <class Kind = Gtk::Widget>
+    Kind& Widget(const std::string& name)
+    {
+        return FindIn<Kind>(MainWindow(), name);
+    }
+    std::string TextOf(const std::string& label) { return Widget<Gtk::Label>(label).get_text().raw(); }
     /// Presses a button that a user could press now: it is on the screen and enabled.
     void Press(const std::string& button);
-    void TypeAddress(const std::string& address);
     /// Types the address and presses Go.
     void SetOff(const std::string& address);
     /// The same, and waits until the document has completed.
@@ -90,11 +107,12 @@ protected:
         Go(server_.Url(path));
     }
     std::string Status() { return Form().StatusBar1.Panels(1).Text(); }
+    /// Puts a permanent record of a form that goes to to.cgi into the list.
+    void Keep(const std::string& url, const std::string& postdata);
     /// Selects a row of a list, from 1, through the list on the screen.
     void SelectRow(const std::string& list, int row);
     /// Moves the first temporary record to the permanent ones.
     void MoveToPermanent();
-    void Screenshot(const std::string& name);
 
     // Questions. One that nobody expects fails the test.
     void Expect(Question question) { questions_.push_back(std::move(question)); }
@@ -120,7 +138,6 @@ protected:
     const std::vector<std::string>& Completed() const { return completed_; }
     bool WaitForDocument(const std::string& url);
 
-    TestDialogs dialogs_;
     std::filesystem::path folder_;
     std::string dataFolder_;  ///< For cookies and site storage; empty: nothing is kept.
     WebServer server_;

@@ -8,7 +8,7 @@ namespace velmora::test {
 namespace {
 
 using testing::Contains;
-using testing::Not;
+using testing::ElementsAre;
 
 class ModernPages : public DesktopTest {
 protected:
@@ -18,32 +18,7 @@ protected:
         server_.Page("/to.cgi", "arrived");
         Press("cmdPrompt");
     }
-
-    /// Puts a permanent record of a page into the list, which goes to to.cgi.
-    void Keep(const std::string& url, const std::string& postdata)
-    {
-        frmBrowser::AddRecordItem(Form().lvwPermanent, {"Form", "kept", url, server_.Url("/to.cgi"), postdata, "", ""});
-    }
-
-    std::vector<std::string> Bodies(const std::string& path)
-    {
-        std::vector<std::string> bodies;
-        for (const Request& request : server_.RequestsTo(path)) bodies.push_back(request.Body);
-        return bodies;
-    }
 };
-
-TEST_F(ModernPages, AFormDrawnAfterTheLoadIsFilledWhenItAppears)
-{
-    server_.Page("/late.html",
-                 "<div id='app'></div><script>setTimeout(() => { app.innerHTML ="
-                 "\"<form action='to.cgi' method='post'><input name='a'><input type='submit'></form>\";"
-                 "}, 150);</script>");
-    Keep(server_.Url("/late.html"), "a=late");
-    Go(server_.Url("/late.html"));
-    WaitForDocument(server_.Url("/to.cgi"));
-    EXPECT_THAT(Bodies("/to.cgi"), testing::ElementsAre("a=late"));
-}
 
 TEST_F(ModernPages, ADocumentThatNeverRestsIsReportedAllTheSame)
 {
@@ -62,7 +37,7 @@ TEST_F(ModernPages, AMoveWithinADocumentCountsAsAFinishedDocument)
     Go(server_.Url("/app.html"));
     Script("go(); 1");
     WaitForDocument(server_.Url("/to.cgi"));
-    EXPECT_THAT(Bodies("/to.cgi"), testing::ElementsAre("user=anna"));
+    EXPECT_THAT(server_.Bodies("/to.cgi"), ElementsAre("user=anna"));
     EXPECT_THAT(Completed(), Contains(server_.Url("/app/login")));
 }
 
@@ -93,8 +68,8 @@ TEST_F(ModernPages, ASubmissionByThePagesScriptIsRecordedAsTheUserSentIt)
     server_.ForgetRequests();
     Form().SSTab1.Tab = 0;
     Go(server_.Url("/form.html"));
-    RunUntil([&] { return !server_.RequestsTo("/to.cgi").empty(); }, "the script's request");
-    EXPECT_THAT(Bodies("/to.cgi"), testing::ElementsAre("a=first&s=2"));
+    RunUntil([&] { return !server_.Bodies("/to.cgi").empty(); }, "the script's request");
+    EXPECT_THAT(server_.Bodies("/to.cgi"), ElementsAre("a=first&s=2"));
     EXPECT_EQ(Form().ListView1.Count(), 1);
 }
 
@@ -107,7 +82,7 @@ TEST_F(ModernPages, ASubmissionThatTheFormsOwnValidationStopsIsNone)
     Click("[type=submit]");
     RunUntil([&] { return Script("document.activeElement.name") == "a"; }, "the focus on the field that is missing");
     EXPECT_EQ(Form().ListView1.Count(), 0);
-    EXPECT_TRUE(server_.RequestsTo("/to.cgi").empty());
+    EXPECT_TRUE(server_.Bodies("/to.cgi").empty());
 }
 
 TEST_F(ModernPages, AFieldIsWrittenOnlyIfItChangesAndAsAUserWould)
@@ -144,7 +119,7 @@ TEST_F(ModernPages, AMessageOfThePageDuringAFillIsShownBehindIt)
         &shown);
     Go(server_.Url("/asks.html"));
     WaitForDocument(server_.Url("/to.cgi"));
-    EXPECT_THAT(Bodies("/to.cgi"), testing::ElementsAre("a=1&b=2"));
+    EXPECT_THAT(server_.Bodies("/to.cgi"), ElementsAre("a=1&b=2"));
     EXPECT_THAT(shown, testing::UnorderedElementsAre("one\nfalse", "Really send?"));
 }
 
@@ -174,7 +149,7 @@ TEST_F(ModernPages, FramesThatComeGoAndNestAreReadAndLeaveNothingBehind)
     server_.Page("/nest.html", "<iframe src='inner.html'></iframe>");
     server_.Page("/inner.html", "<form action='to.cgi' method='post'><input name='deep'><input type='submit'></form>");
     server_.Page("/late.html", "<form action='to.cgi' method='post'><input name='late'><input type='submit'></form>");
-    server_.Handler("/slow.html", [](const Request&) { return Response{"", "text/html", 200, {}, true}; });
+    server_.Answer("/slow.html", {.Hangs = true});
     Press("cmdAutoClick");
     Keep(server_.Url("/inner.html"), "deep=1");
     Go(server_.Url("/outer.html"));

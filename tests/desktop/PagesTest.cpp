@@ -131,7 +131,8 @@ protected:
     {
         const FormPage& page = PageOf(name);
         std::vector<std::string> found;
-        for (const Request& request : server_.RequestsTo("/" + page.Get("to", "to.cgi"))) {
+        for (const Request& request : server_.Requests()) {
+            if (request.Path != "/" + page.Get("to", "to.cgi")) continue;
             if (!page.Has("get") && request.Method == "POST") found.push_back(WithPlainBoundary(request));
             if (page.Has("get") && !request.Query.empty()) found.push_back(request.Query);
         }

@@ -1,10 +1,8 @@
 // Pop-ups and the proxy on the real window and engine.
 #include <gmock/gmock.h>
-#include <gtkmm/button.h>
 #include <gtkmm/checkbutton.h>
 #include <gtkmm/entry.h>
 
-#include "tests/desktop/Hands.h"
 #include "tests/desktop/Harness.h"
 
 namespace velmora::test {
@@ -13,13 +11,7 @@ namespace {
 using testing::IsEmpty;
 using testing::SizeIs;
 
-Gtk::Window* Popup()
-{
-    for (Gtk::Window* window : Gtk::Window::list_toplevels()) {
-        if (window->get_name().raw() == "Popup" && window->get_mapped()) return window;
-    }
-    return nullptr;
-}
+Gtk::Window* Popup() { return OpenWindow("Popup"); }
 
 constexpr char kPopupQuestion[] = "Pop-up window is required, do you want to block pop-up?";
 
@@ -28,7 +20,7 @@ protected:
     void SetUp() override
     {
         DesktopTest::SetUp();
-        server_.Page("/popup.html", "<title>Small</title><form action='/sent'><input name='a'></form>");
+        server_.Page("/popup.html", "<title>Small</title><form action='/to.cgi'><input name='a'></form>");
         Show("/opener.html",
              "<a id='link' target='_blank' href='/popup.html'>open in a new window</a>"
              "<p id='script' onclick=\"w = window.open('/popup.html', '', 'width=300,height=200')\">open by script</p>"
@@ -45,11 +37,11 @@ protected:
 
 TEST_F(PopupsOnScreen, WaitForTheAnswerAndOpenOutsideCaptureAndPlayback)
 {
-    frmBrowser::AddRecordItem(Form().lvwPermanent, {"Form", "r", server_.Url("/popup.html"), "/sent", "a=b", "", ""});
+    Keep(server_.Url("/popup.html"), "a=b");
     Form().mnuAutoRecord_Click();
     const auto before = Completed().size();
     Expect({.text = kPopupQuestion, .button = "Yes", .before = [&] {
-                EXPECT_THAT(server_.RequestsTo("/popup.html"), IsEmpty()) << "the window waits for the answer";
+                EXPECT_THAT(server_.Bodies("/popup.html"), IsEmpty()) << "the window waits for the answer";
             }});
     Click("#script");
     RunUntil([&] { return Told() == "1 Pop-up is blocked"; }, "the refusal");
@@ -60,7 +52,7 @@ TEST_F(PopupsOnScreen, WaitForTheAnswerAndOpenOutsideCaptureAndPlayback)
     EXPECT_EQ(Told(), "Pop-up is not blocked");
     EXPECT_EQ(Script("w.document.querySelector('input').value"), "") << "no record is played in a pop-up";
     Script("w.document.querySelector('input').value = 'x', w.document.forms[0].submit()");
-    RunUntil([&] { return !server_.RequestsTo("/sent").empty(); }, "the pop-up's form");
+    RunUntil([&] { return !server_.Bodies("/to.cgi").empty(); }, "the pop-up's form");
     EXPECT_EQ(Form().ListView1.Count(), 0) << "no submission is captured in a pop-up";
     EXPECT_EQ(Completed().size(), before);
     EXPECT_FALSE(Form().Timer1.Enabled());
@@ -91,9 +83,9 @@ protected:
         const auto fill = [=] {
             Gtk::Window* dialog = OpenWindow("Proxy Setting");
             if (!dialog) return true;
-            dynamic_cast<Gtk::Entry&>(FindIn(*dialog, "txtIP")).set_text(address);
-            dynamic_cast<Gtk::Entry&>(FindIn(*dialog, "txtPort")).set_text(port);
-            dynamic_cast<Gtk::CheckButton&>(FindIn(*dialog, "chkUseProxy")).set_active(use);
+            FindIn<Gtk::Entry>(*dialog, "txtIP").set_text(address);
+            FindIn<Gtk::Entry>(*dialog, "txtPort").set_text(port);
+            FindIn<Gtk::CheckButton>(*dialog, "chkUseProxy").set_active(use);
             g_signal_emit_by_name(FindIn(*dialog, "cmdOK").gobj(), "clicked");
             return false;
         };

@@ -24,15 +24,15 @@ TEST_F(Submission, AQuestionHoldsTheNavigationAndThePageIsReadMeanwhile)
     bool looked = false;
     Expect({.text = kRecordQuestion, .button = "No", .before = [&] {
                 looked = true;
-                EXPECT_TRUE(server_.RequestsTo("/to.cgi").empty());
+                EXPECT_TRUE(server_.Bodies("/to.cgi").empty());
                 EXPECT_EQ(Form().ListView1.Item(1).SubItem("Postdata"), "a=typed&s=Seven");
                 EXPECT_EQ(Form().wbMyBrowser.Document()->Forms(0)->Elements(0)->Value(), "typed");
                 // The page stands still for the user, not for itself.
                 EXPECT_EQ(Script("document.forms.length"), "1");
-                EXPECT_TRUE(server_.RequestsTo("/to.cgi").empty());
+                EXPECT_TRUE(server_.Bodies("/to.cgi").empty());
             }});
     Click("[type=submit]");
-    RunUntil([&] { return server_.RequestsTo("/to.cgi").size() == 1; }, "the submission");
+    RunUntil([&] { return server_.Bodies("/to.cgi").size() == 1; }, "the submission");
     EXPECT_TRUE(looked);
 }
 
@@ -47,7 +47,7 @@ TEST_F(Submission, AFormOnASecurePageIsRecorded)
     Expect({.text = kRecordQuestion, .button = "No"});
     Click("[type=submit]");
     WaitForDocument(secure.Url("/to.cgi"));
-    EXPECT_EQ(secure.RequestsTo("/to.cgi").at(0).Body, "a=1");
+    EXPECT_EQ(secure.Bodies("/to.cgi").at(0), "a=1");
     EXPECT_EQ(Form().ListView1.Item(1).SubItem("Postdata"), "a=1");
 }
 

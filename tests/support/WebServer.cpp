@@ -43,14 +43,6 @@ d1U60MxXR2kk
 -----END CERTIFICATE-----
 )";
 
-Ref<GTlsCertificate> MakeCertificate()
-{
-    GError* error = nullptr;
-    Ref<GTlsCertificate> certificate(g_tls_certificate_new_from_pem(kCertificate, -1, &error));
-    Require(error, "the certificate cannot be read");
-    return certificate;
-}
-
 Request ReadRequest(SoupServerMessage* message)
 {
     Request request;
@@ -84,7 +76,7 @@ void SendResponse(SoupServerMessage* message, const Response& response)
 /// What outlives the server: the engine below it may finish a request after the server is gone.
 struct WebServer::State {
     void Answer(SoupServerMessage* message);
-    void AnswerRaw(SoupServerMessage* message, const Raw& raw);
+    void AnswerRaw(SoupServerMessage* message, const Response& response);
 
     /// The state is handed to the engine in one of these, which knows whether the server still is.
     using Link = std::weak_ptr<State>;
@@ -92,8 +84,7 @@ struct WebServer::State {
     Ref<SoupServer> server;
     std::string scheme = "http";
     int port = 0;
-    std::map<std::string, Handle> handlers;
-    std::map<std::string, Raw> raws;
+    std::map<std::string, Response> responses;
     std::vector<Ref<GIOStream>> open;
     std::vector<Ref<SoupServerMessage>> hanging;
     std::vector<Request> requests;
@@ -101,43 +92,38 @@ struct WebServer::State {
 
 void WebServer::State::Answer(SoupServerMessage* message)
 {
-    const Request request = ReadRequest(message);
-    requests.push_back(request);
-    if (const auto raw = raws.find(request.Path); raw != raws.end()) return AnswerRaw(message, raw->second);
-    const auto found = handlers.find(request.Path);
-    const Response response =
-        found == handlers.end() ? Response{"No such page.", "text/plain", 404, {}, false} : found->second(request);
+    requests.push_back(ReadRequest(message));
+    const auto found = responses.find(requests.back().Path);
+    const Response response = found == responses.end() ? Response{"No such page.", "text/plain", 404} : found->second;
+    if (response.IsRaw) return AnswerRaw(message, response);
     SendResponse(message, response);
     if (!response.Hangs) return;
     soup_server_message_pause(message);
     hanging.emplace_back(SOUP_SERVER_MESSAGE(g_object_ref(message)));
 }
 
-void WebServer::State::AnswerRaw(SoupServerMessage* message, const Raw& raw)
+void WebServer::State::AnswerRaw(SoupServerMessage* message, const Response& response)
 {
-    struct Writing {
-        Raw raw;
-        Ref<GIOStream> connection;
-    };
-    auto* writing = new Writing{raw, Ref<GIOStream>(soup_server_message_steal_connection(message))};
-    if (raw.StaysOpen) open.emplace_back(G_IO_STREAM(g_object_ref(writing->connection.get())));
-    g_output_stream_write_all_async(
-        g_io_stream_get_output_stream(writing->connection.get()), writing->raw.Bytes.data(), writing->raw.Bytes.size(),
-        G_PRIORITY_DEFAULT, nullptr,
-        [](GObject*, GAsyncResult*, gpointer data) {
-            const std::unique_ptr<Writing> written(static_cast<Writing*>(data));
-            if (!written->raw.StaysOpen) g_io_stream_close(written->connection.get(), nullptr, nullptr);
-        },
-        writing);
+    Ref<GIOStream> connection(soup_server_message_steal_connection(message));
+    g_output_stream_write_all(g_io_stream_get_output_stream(connection.get()), response.Body.data(),
+                              response.Body.size(), nullptr, nullptr, nullptr);
+    if (response.Hangs) {
+        open.push_back(std::move(connection));
+    } else {
+        g_io_stream_close(connection.get(), nullptr, nullptr);
+    }
 }
 
 WebServer::WebServer(Scheme scheme) : state_(std::make_shared<State>())
 {
     state_->server.reset(soup_server_new("server-header", "velmora-test", nullptr));
     auto options = SOUP_SERVER_LISTEN_IPV4_ONLY;
+    GError* error = nullptr;
     if (scheme == Scheme::Https) {
         state_->scheme = "https";
-        soup_server_set_tls_certificate(state_->server.get(), MakeCertificate().get());
+        const Ref<GTlsCertificate> certificate(g_tls_certificate_new_from_pem(kCertificate, -1, &error));
+        Require(error, "the certificate cannot be read");
+        soup_server_set_tls_certificate(state_->server.get(), certificate.get());
         options = SoupServerListenOptions(options | SOUP_SERVER_LISTEN_HTTPS);
     }
     const auto answer = [](SoupServer*, SoupServerMessage* message, const char*, GHashTable*, gpointer link) {
@@ -145,7 +131,6 @@ WebServer::WebServer(Scheme scheme) : state_(std::make_shared<State>())
     };
     soup_server_add_handler(state_->server.get(), nullptr, answer, new State::Link(state_),
                             [](gpointer link) { delete static_cast<State::Link*>(link); });
-    GError* error = nullptr;
     soup_server_listen_local(state_->server.get(), 0, options, &error);
     Require(error, "the test server cannot listen");
     GSList* uris = soup_server_get_uris(state_->server.get());
@@ -159,21 +144,17 @@ WebServer::~WebServer()
     soup_server_disconnect(state_->server.get());
 }
 
+void WebServer::Answer(const std::string& path, Response response) { state_->responses[path] = std::move(response); }
+
 void WebServer::Page(const std::string& path, std::string html, std::string contentType)
 {
-    Handler(path, [response = Response{std::move(html), std::move(contentType), 200, {}, false}](const Request&) {
-        return response;
-    });
+    Answer(path, {std::move(html), std::move(contentType)});
 }
-
-void WebServer::Handler(const std::string& path, Handle handle) { state_->handlers[path] = std::move(handle); }
 
 void WebServer::Release()
 {
     for (const auto& message : std::exchange(state_->hanging, {})) soup_server_message_unpause(message.get());
 }
-
-void WebServer::RawAnswer(const std::string& path, Raw raw) { state_->raws[path] = std::move(raw); }
 
 int WebServer::Port() const { return state_->port; }
 
@@ -184,13 +165,13 @@ std::string WebServer::Url(const std::string& path, const std::string& host) con
 
 const std::vector<Request>& WebServer::Requests() const { return state_->requests; }
 
-std::vector<Request> WebServer::RequestsTo(const std::string& path) const
+std::vector<std::string> WebServer::Bodies(const std::string& path) const
 {
-    std::vector<Request> found;
+    std::vector<std::string> bodies;
     for (const Request& request : state_->requests) {
-        if (request.Path == path) found.push_back(request);
+        if (request.Path == path) bodies.push_back(request.Body);
     }
-    return found;
+    return bodies;
 }
 
 void WebServer::ForgetRequests() { state_->requests.clear(); }

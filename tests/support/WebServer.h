@@ -3,7 +3,6 @@
 // Every request is kept, in the order in which the requests came.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -20,48 +19,39 @@ struct Request {
 };
 
 struct Response {
-    std::string Body;
+    std::string Body = {};
     std::string ContentType = "text/html; charset=utf-8";
     int Status = 200;
-    std::vector<std::pair<std::string, std::string>> Headers;
-    bool Hangs = false;  ///< The answer goes out with Release, or never.
-};
-
-/// Bytes that go out as they are, head and body, before the connection is closed or left to the other end.
-struct Raw {
-    std::string Bytes;
-    bool StaysOpen = false;
+    std::vector<std::pair<std::string, std::string>> Headers = {};
+    bool Hangs = false;  ///< The answer goes out with Release, or never; of a raw one, its end.
+    bool IsRaw = false;  ///< The body is all that goes out, head included.
 };
 
 class WebServer {
 public:
     enum class Scheme { Http, Https };
-    using Handle = std::function<Response(const Request&)>;
 
     /// Listens on a free port. With Https the certificate is self-signed, so that nobody trusts it.
     /// Throws std::runtime_error if it cannot be had. A second server is a second origin.
     explicit WebServer(Scheme scheme = Scheme::Http);
-    /// Requests under way are answered with 404 or not at all; no handler is called any more.
+    /// Requests under way are answered with 404 or not at all.
     ~WebServer();
     WebServer(const WebServer&) = delete;
     WebServer& operator=(const WebServer&) = delete;
 
-    /// Serves a page at a path, in place of what was there. A path without a page gives 404.
+    /// What a path answers, to every method, in place of before. Without it a path gives 404.
+    void Answer(const std::string& path, Response response);
     void Page(const std::string& path, std::string html, std::string contentType = "text/html; charset=utf-8");
-    /// Lets a function answer for a path, for every method.
-    void Handler(const std::string& path, Handle handle);
-
     /// Lets the answers go out that hang.
     void Release();
-    /// Breaks off, or never comes to its end.
-    void RawAnswer(const std::string& path, Raw raw);
 
     int Port() const;
     /// The whole address of a path. "localhost" as the host gives the same page on another site.
     std::string Url(const std::string& path, const std::string& host = "127.0.0.1") const;
 
     const std::vector<Request>& Requests() const;
-    std::vector<Request> RequestsTo(const std::string& path) const;
+    /// The bodies of the requests to a path.
+    std::vector<std::string> Bodies(const std::string& path) const;
     void ForgetRequests();
 
 private:
