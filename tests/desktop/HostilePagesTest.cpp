@@ -140,7 +140,7 @@ TEST_F(HostilePages, ANavigationWithoutADocumentPlaysNothingAndClearsTheLine)
     }
 }
 
-TEST_F(HostilePages, AFormThatThePageRefusesIsNoSubmission)
+TEST_F(HostilePages, AFormThatIsRefusedIsNoSubmission)
 {
     Press("cmdRecord");
     Show(
@@ -151,6 +151,10 @@ TEST_F(HostilePages, AFormThatThePageRefusesIsNoSubmission)
     RunUntil([&] { return Script("document.title") == "1" && !server_.Bodies("/ping").empty(); }, "the refusal");
     Click("button");
     RunUntil([&] { return Script("document.title") == "11" && server_.Bodies("/ping").size() == 2; }, "another");
+    // The form's own validation refuses, too.
+    Show("<form action='to.cgi' method='post'><input name='a' required><button>Go</button></form>");
+    Click("button");
+    RunUntil([&] { return Script("document.activeElement.name") == "a"; }, "the focus on the field that is missing");
     EXPECT_EQ(Form().ListView1.Count(), 0);
     // One that moves on has sent it; a document that is opened anew is watched as well.
     server_.Page("/done.html", "done");

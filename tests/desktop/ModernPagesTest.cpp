@@ -73,18 +73,6 @@ TEST_F(ModernPages, ASubmissionByThePagesScriptIsRecordedAsTheUserSentIt)
     EXPECT_EQ(Form().ListView1.Count(), 1);
 }
 
-TEST_F(ModernPages, ASubmissionThatTheFormsOwnValidationStopsIsNone)
-{
-    server_.Page("/form.html",
-                 "<form action='to.cgi' method='post'><input name='a' required><input type='submit'></form>");
-    Press("cmdRecord");
-    Go(server_.Url("/form.html"));
-    Click("[type=submit]");
-    RunUntil([&] { return Script("document.activeElement.name") == "a"; }, "the focus on the field that is missing");
-    EXPECT_EQ(Form().ListView1.Count(), 0);
-    EXPECT_TRUE(server_.Bodies("/to.cgi").empty());
-}
-
 TEST_F(ModernPages, AFieldIsWrittenOnlyIfItChangesAndAsAUserWould)
 {
     server_.Page("/state.html",

@@ -11,6 +11,7 @@
 //   post, get  What the server receives: the body, or the query. A multipart body's boundary is "B".
 //   announced  What the program is told to go out; the same if it is missing.
 //   record     The post data of the record; the same as announced if it is missing.
+//   frame      The target frame of the record; none if it is missing.
 //   playback   What the server receives when the record is played back; the same as at first if it is
 //              missing. "by hand": the form is filled but has no button, so the user submits it as at
 //              first. "left alone": the form is not filled, so that it is recorded again.
@@ -213,6 +214,7 @@ TEST_P(Pages, AreRecordedAndPlayedBack)
     ASSERT_EQ(Form().ListView1.Count(), 1);
     EXPECT_EQ(Form().ListView1.Item(1).SubItem("Postdata"), page.Get("record", page.Announced()));
     EXPECT_EQ(Form().ListView1.Item(1).SubItem("Url"), server_.Url("/" + GetParam()));
+    EXPECT_EQ(Form().ListView1.Item(1).SubItem("Frame"), page.Get("frame"));
 
     MoveToPermanent();
     Press("cmdPrompt");
@@ -267,6 +269,22 @@ TEST_F(PagesRun, ARecordIsEditedKeptAndPlayedByTheNextRunAsTheUserAllows)
     WaitForSubmission(forum);
     EXPECT_EQ(Submissions(forum), std::vector{PageOf(forum).Received()});
     EXPECT_EQ(Form().ListView1.Count(), 0) << "what was filled in is not recorded again";
+}
+
+TEST_F(PagesRun, AFormOnASecurePageIsRecorded)
+{
+    WebServer secure(WebServer::Scheme::Https);
+    secure.Page("/form.html",
+                "<form action='to.cgi' method='post'><input name='a' value='1'><button>Go</button></form>");
+    secure.Page("/to.cgi", "arrived");
+    webkit_network_session_set_tls_errors_policy(Engine().Session(), WEBKIT_TLS_ERRORS_POLICY_IGNORE);
+    Press("cmdRecord");
+    Go(secure.Url("/form.html"));
+    Expect({.text = kRecordQuestion, .button = "No"});
+    Click("button");
+    WaitForDocument(secure.Url("/to.cgi"));
+    EXPECT_EQ(secure.Bodies("/to.cgi"), std::vector<std::string>{"a=1"});
+    EXPECT_EQ(Form().ListView1.Item(1).SubItem("Postdata"), "a=1");
 }
 
 std::vector<std::string> TestedPages()
