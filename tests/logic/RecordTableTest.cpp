@@ -65,12 +65,11 @@ TEST_F(RecordTable, KeysThatCollideFallBackToTheAddressAndThenToNone)
 TEST_F(RecordTable, PermanentRowsStaySortedThroughEveryChange)
 {
     ListView& list = Program().lvwPermanent;
-    frmBrowser::AddRecordItem(list, Record("b", "http://h/1"));
-    frmBrowser::AddRecordItem(list, Record("c", "http://h/2"));
     const auto names = [&] { return list.Item(1).Text() + list.Item(2).Text(); };
+    for (const char* name : {"b", "c"}) frmBrowser::AddRecordItem(list, Record(name, std::string("http://h/") + name));
     EXPECT_EQ(names(), "cb") << "start-up sorts downwards";
-    RecordItem record = Record("d", "http://h/1");
-    Program().StoreRecord(list, "http://h/1", record);
+    RecordItem record = Record("d", "http://h/b");
+    Program().StoreRecord(list, "http://h/b", record);
     EXPECT_EQ(names(), "dc");
     list.Select(&list.Item(2));
     record.Session = "e";

@@ -60,10 +60,10 @@ TEST_F(SqliteProxyTableTest, AFileThatCannotBeUsedIsToldAndLeftAlone)
 {
     EXPECT_EQ(Take(), "unusable");
     EXPECT_FALSE(std::filesystem::exists(File())) << "a missing file stays missing";
-    std::ofstream(File()) << std::string(200, 'x');
+    std::filesystem::create_directory(File());
     EXPECT_EQ(Take(), "unusable");
     std::filesystem::remove(File());
-    std::filesystem::create_directory(File());
+    std::ofstream(File()) << std::string(200, 'x');
     EXPECT_EQ(Take(), "unusable");
     for (const char* table : {"create table other (ip, port, used)",
                               "create table tblProxy (ip, used); insert into tblProxy values (1, 'N')",

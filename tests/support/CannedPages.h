@@ -19,14 +19,46 @@ struct CannedOption {
     bool selected = false;
 };
 
-struct CannedElement {
-    std::string type;
-    std::string name;
-    std::string value = {};
-    bool checked = false;
-    std::vector<CannedOption> options = {};
-    std::string src = {};
-    bool unreadable = false;  ///< Every read and write of it fails.
+/// What the program did to pages, a line for each call: "user := anna", "check news=yes",
+/// "choose color: Red", "click go".
+using Journal = std::vector<std::string>;
+
+class CannedElement : public Element {
+public:
+    CannedElement(std::string type, std::string name, std::string value = {}, bool checked = false)
+        : type_(std::move(type)), name_(std::move(name)), value_(std::move(value)), checked_(checked)
+    {
+    }
+
+    std::string Name() override { return Readable(name_); }
+    std::string Type() override { return Readable(type_); }
+    std::string Value() override { return Readable(value_); }
+    bool Checked() override { return Readable(checked_); }
+    std::string Src() override { return Readable(src); }
+    int OptionsLength() override { return static_cast<int>(Readable(options).size()); }
+    std::shared_ptr<Option> Options(int k) override;
+    void SetValue(const std::string& value) override { journal->push_back(Name() + " := " + value); }
+    void Check() override { journal->push_back("check " + Name() + "=" + Value()); }
+    bool IsImage() const { return type_ == "image"; }
+    void Click() override { journal->push_back("click " + Name()); }
+
+    std::vector<CannedOption> options;
+    std::string src;
+    bool unreadable = false;     ///< Every read and write of it fails.
+    Journal* journal = nullptr;  ///< Of the frame that shows it.
+
+private:
+    template <class Member>
+    const Member& Readable(const Member& member) const
+    {
+        if (unreadable) throw DocumentError("the element cannot be read");
+        return member;
+    }
+
+    std::string type_;
+    std::string name_;
+    std::string value_;
+    bool checked_;
 };
 
 struct CannedForm {
@@ -54,29 +86,39 @@ inline CannedElement Radio(std::string name, std::string value, bool checked = f
 {
     return {"radio", name, value, checked};
 }
-inline CannedElement Image(std::string name, std::string src) { return {.type = "image", .name = name, .src = src}; }
-inline CannedElement One(std::string name, std::vector<CannedOption> options)
+inline CannedElement Image(std::string name, std::string src)
 {
-    return {.type = "select-one", .name = name, .options = std::move(options)};
+    CannedElement image("image", std::move(name));
+    image.src = std::move(src);
+    return image;
 }
-inline CannedElement Many(std::string name, std::vector<CannedOption> options)
+inline CannedElement Select(std::string type, std::string name, std::vector<CannedOption> options)
 {
-    return {.type = "select-multiple", .name = name, .options = std::move(options)};
+    CannedElement list(std::move(type), std::move(name));
+    list.options = std::move(options);
+    return list;
 }
 
-/// What the program did to pages, a line for each call: "user := anna", "check news=yes",
-/// "choose color: Red", "click go".
-using Journal = std::vector<std::string>;
-
-/// A page or a frame of one; a BrowserObject whose document is the page.
-class CannedFrame : public BrowserObject {
+/// A page or a frame of one, and its document.
+class CannedFrame : public BrowserObject, public velmora::Document {
 public:
     CannedFrame(CannedPage page, std::shared_ptr<Journal> journal);
-    std::shared_ptr<velmora::Document> Document() override;
 
-    const CannedPage page;
-    const std::shared_ptr<Journal> journal;
+    std::shared_ptr<velmora::Document> Document() override;
+    int FramesLength() override { return static_cast<int>(frames.size()); }
+    std::shared_ptr<BrowserObject> Frames(int i) override;
+    int FormsLength() override { return static_cast<int>(page_.forms.size()); }
+    std::shared_ptr<Form> Forms(int i) override;
+    std::string InnerHtml() override;
+    std::shared_ptr<ElementCollection> GetElementsByTagName(const std::string&) override;
+
+    const std::string& Address() const { return page_.address; }
+
     std::vector<std::shared_ptr<CannedFrame>> frames;
+
+private:
+    CannedPage page_;
+    const std::shared_ptr<Journal> journal_;
 };
 
 /// A browser that goes where it is told when the test says so.

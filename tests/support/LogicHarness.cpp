@@ -79,18 +79,21 @@ void LogicHarness::OpenRecords(int tab, int row)
     if (row > 0) Program().CurrentRecordList().Select(&Program().CurrentRecordList().Item(row));
 }
 
-std::string LogicHarness::Row(const ListItem& row)
+void LogicHarness::AddTemporary(const RecordItem& record)
 {
-    std::string line = row.Cell(0);
-    for (int column = 1; column < 7; ++column) line += " | " + row.Cell(column);
-    while (line.ends_with(" | ")) line.resize(line.size() - 3);
-    return line;
+    frmBrowser::AddRecordItem(Program().ListView1, record);
+    OpenRecords(1, Program().ListView1.Count());
 }
 
 Lines LogicHarness::Rows(ListView& list)
 {
     Lines rows;
-    for (int i = 1; i <= list.Count(); ++i) rows.push_back(Row(list.Item(i)));
+    for (int i = 1; i <= list.Count(); ++i) {
+        std::string row = list.Item(i).Cell(0);
+        for (int column = 1; column < 7; ++column) row += " | " + list.Item(i).Cell(column);
+        while (row.ends_with(" | ")) row.resize(row.size() - 3);
+        rows.push_back(row);
+    }
     return rows;
 }
 

@@ -48,6 +48,8 @@ protected:
               const std::string& target = {}, BrowserObject* frame = nullptr);
     /// Brings the record panel into sight, on a tab, and selects a row of its list, counted from 1.
     void OpenRecords(int tab, int row = 0);
+    /// Puts a temporary record into the list and selects it.
+    void AddTemporary(const RecordItem& record);
     /// What the user does in the next dialog; one that is left open is closed at its close box.
     template <class Dialog>
     void InDialog(std::function<void(Dialog&)> act)
@@ -59,7 +61,6 @@ protected:
     std::string Status() { return Program().StatusBar1.Panels(1).Text(); }
     /// "name | type | url | action | post data | header | frame", empty texts at the end left out.
     static Lines Rows(ListView& list);
-    static std::string Row(const ListItem& row);
     /// The journal of the pages; emptied by the call.
     Lines Journal();
     /// The boxes and dialogs shown; emptied by the call.

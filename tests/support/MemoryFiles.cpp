@@ -46,13 +46,12 @@ bool MemoryProxy::SetProxy(ProxyAccess access, const std::string& proxyText)
 
 std::optional<ProxyTable::Row> MemoryProxyTable::TakeFirst(const std::string& path, const std::string& mark)
 {
-    Calls.push_back(path);
+    Calls.push_back(path + " " + mark);
     if (Missing) throw ProxyTableError("no database");
-    const auto free = std::find_if(Servers.begin(), Servers.end(),
-                                   [&](const Server& server) { return server.used && *server.used != mark; });
-    if (free == Servers.end()) return std::nullopt;
-    free->used = mark;
-    return Row{free->ip, free->port};
+    if (Servers.empty()) return std::nullopt;
+    const Row row = Servers.front();
+    Servers.pop_front();
+    return row;
 }
 
 }  // namespace velmora::test

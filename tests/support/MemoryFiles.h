@@ -1,7 +1,7 @@
 // A file system held in memory, and what else the program is handed.
 #pragma once
 
-#include <algorithm>
+#include <deque>
 #include <map>
 #include <optional>
 #include <set>
@@ -41,20 +41,14 @@ public:
     std::vector<std::string> Calls;  ///< "3 http=host:80" for a proxy, "1 ..." for none.
 };
 
-/// Rows of the table, of which the first free one is taken.
+/// Hands out its servers, one after the other.
 class MemoryProxyTable : public ProxyTable {
 public:
-    struct Server {
-        std::string ip;
-        std::string port;
-        std::optional<std::string> used;
-    };
-
     std::optional<Row> TakeFirst(const std::string& path, const std::string& mark) override;
 
-    std::vector<Server> Servers;
+    std::deque<Row> Servers;
     bool Missing = false;
-    std::vector<std::string> Calls;  ///< Paths.
+    std::vector<std::string> Calls;  ///< "path mark".
 };
 
 }  // namespace velmora::test
