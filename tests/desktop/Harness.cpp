@@ -88,7 +88,13 @@ void DesktopTest::TearDown()
     program_.reset();
     watch_.disconnect();
     EXPECT_TRUE(AllAnswered()) << "a question was not asked: " << questions_.front().text;
-    std::filesystem::remove_all(folder_);
+    // The engine's network process may still be writing there.
+    const auto isGone = [this] {
+        std::error_code error;
+        std::filesystem::remove_all(folder_, error);
+        return !error;
+    };
+    RunUntil(isGone, "the test's folder to be gone");
 }
 
 void DesktopTest::StartProgram(const std::string& home)
