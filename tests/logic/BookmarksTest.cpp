@@ -39,6 +39,7 @@ TEST_F(Bookmarks, AreThereBeforeTheirNameIsAskedAndRenamedInListAndFile)
     EXPECT_EQ(Status(), "Record session is modified!");
     EXPECT_NE(SessionFile("h_News_id_1.xml").find("<Session>Daily <news></Session>"), std::string::npos);
     Bookmark(std::nullopt);
+    EXPECT_EQ(Status(), "Modification is cancelled!");
     EXPECT_EQ(Permanent(), Lines{"Daily <news> | Bookmark | http://h/News?id=1 | http://h/News?id=1"});
     Bookmark("");
     EXPECT_EQ(Permanent(), Lines{" | Bookmark | http://h/News?id=1 | http://h/News?id=1"});
@@ -88,6 +89,7 @@ TEST_F(HomePage, IsKeptInItsFileForTheNextStart)
     EXPECT_EQ(Status(), "Setting is updated");
     EXPECT_EQ(Engine().Visited.back(), "velmora://guide/");
     setHome("http://draft/", false);
+    EXPECT_EQ(Status(), "");
     EXPECT_EQ(SessionFile("Velmora.xml"), frmBrowser::BuildHomeXml("http://new/") + "\r\n");
     Restart();
     EXPECT_EQ(Program().txtUrl.Text(), "http://new/");
