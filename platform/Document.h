@@ -45,17 +45,21 @@ public:
     virtual std::string Src() = 0;
     virtual int OptionsLength() = 0;
     virtual std::shared_ptr<Option> Options(int k) = 0;
-    /// Acts as a user's click; what comes of it comes as events after the caller has returned.
-    virtual void Click() = 0;
+    /// Acts as a user's click; what comes of it comes as events after the caller has returned. Waits a few
+    /// seconds for an element that is disabled; false if it stays so.
+    virtual bool Click() = 0;
 };
 
 class Form {
 public:
     virtual ~Form() = default;
-    /// The action as written in the page, or the whole address where an announced navigation would be
-    /// spelled otherwise; "[object]" when a field of that name hides it.
+    /// The action as written in the page; the whole address where that names no file, or an announced
+    /// navigation would be spelled otherwise; the document's own address where there is none. "[object]"
+    /// when a field of that name hides it.
     virtual std::string Action() = 0;
+    /// The id; one is made up for a form without one whose action is hidden.
     virtual std::string Id() = 0;
+    /// The elements that have a name, and behind them the buttons that submit without one.
     virtual int Length() = 0;
     virtual std::shared_ptr<Element> Elements(int j) = 0;
     virtual std::shared_ptr<velmora::Document> Document() = 0;
@@ -78,6 +82,7 @@ public:
 class Document {
 public:
     virtual ~Document() = default;
+    /// The frames that can be read and hold something to fill in; those of a frameset all count.
     virtual int FramesLength() = 0;
     virtual std::shared_ptr<BrowserObject> Frames(int i) = 0;
     virtual int FormsLength() = 0;

@@ -22,14 +22,16 @@ void frmBrowser::AutoClickSubmit(Form& form, const std::vector<std::string>& nam
             if (kind == ElementKind::Text && !fieldSeen) {
                 fieldSeen = std::find(fields.begin(), fields.end(), LowerCase(input->Name())) != fields.end();
             } else if (kind == ElementKind::Image && fieldSeen && !input->Src().empty()) {
-                input->Click();
+                if (!input->Click()) AskForClick();
                 return;
             }
         }
-        ShowStatus("System is unable to do auto-click, please perform click manually!");
+        AskForClick();
     } catch (const std::exception&) {
         // The page went away under the search: there is nothing left to click.
     }
 }
+
+void frmBrowser::AskForClick() { ShowStatus("System is unable to do auto-click, please perform click manually!"); }
 
 }  // namespace velmora

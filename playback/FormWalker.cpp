@@ -109,7 +109,7 @@ void frmBrowser::SubmitForm(Form& form)
     for (int j = 0; j < elements; ++j) {
         const auto element = form.Elements(j);
         if (KindOf(element->Type()) == ElementKind::Submit) {
-            element->Click();
+            if (!element->Click()) AskForClick();
             return;
         }
     }

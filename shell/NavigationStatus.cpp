@@ -46,6 +46,12 @@ void frmBrowser::wbMyBrowser_DocumentResumed(BrowserObject& pDisp, const std::st
     CollectFormActions(pDisp, URL, glngNoOfFormAction, gstrFormActionPage, gstrFormAction);
 }
 
+void frmBrowser::wbMyBrowser_FormsAdded()
+{
+    // The address was handled for the sake of other forms.
+    gstrLastFilledUrl.clear();
+}
+
 void frmBrowser::EnableBookmark() { cmdBookmark.Enabled = strLastUrl != "about:blank" && !strLastUrl.empty(); }
 
 void frmBrowser::wbMyBrowser_CommandStateChange(int Command, bool Enable)

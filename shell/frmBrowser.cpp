@@ -112,6 +112,7 @@ void frmBrowser::ConnectEvents()
     wbMyBrowser.DocumentComplete.Add(
         [this](BrowserObject& pDisp, const std::string& URL) { wbMyBrowser_DocumentComplete(pDisp, URL); });
     wbMyBrowser.NavigationEnded.Add([this] { wbMyBrowser_NavigationEnded(); });
+    wbMyBrowser.FormsAdded.Add([this] { wbMyBrowser_FormsAdded(); });
     wbMyBrowser.DocumentResumed.Add(
         [this](BrowserObject& pDisp, const std::string& URL) { wbMyBrowser_DocumentResumed(pDisp, URL); });
     wbMyBrowser.NewWindow2.Add([this](bool& Cancel) { wbMyBrowser_NewWindow2(Cancel); });

@@ -70,6 +70,7 @@ public:
     /// Nothing came of a navigation: the status line goes back to the document that stands.
     void wbMyBrowser_NavigationEnded();
     /// Notes the forms of a document that stayed once more.
+    void wbMyBrowser_FormsAdded();
     void wbMyBrowser_DocumentResumed(BrowserObject& pDisp, const std::string& URL);
     void wbMyBrowser_CommandStateChange(int Command, bool Enable);
     void Timer1_Timer();
@@ -203,6 +204,7 @@ public:
     void PlayDocument(BrowserObject& pDisp, const std::string& URL);
     /// Clicks the first image button after a recorded text field, or tells the user to click.
     void AutoClickSubmit(Form& form, const std::vector<std::string>& names);
+    void AskForClick();
 
     // --- Editor (editor/RecordEditor.cpp) ---------------------------------------------------------
 

@@ -103,7 +103,7 @@ FrameScripts::Value FrameScripts::MakeClock(JSCContext* context)
 FrameScripts::Value FrameScripts::MakeParts(JSCContext* context, std::uint64_t frame)
 {
     auto parts = Owned(jsc_value_new_object(context, nullptr, nullptr));
-    for (const char* part : {"dom", "formbody", "outgoing", "settling", "submissions"}) {
+    for (const char* part : {"dom", "formbody", "forms", "outgoing", "settling", "submissions", "writes"}) {
         jsc_value_object_set_property(parts.get(), part, Evaluate(context, std::string(part) + ".js").get());
     }
     jsc_value_object_set_property(parts.get(), "clock", MakeClock(context).get());
@@ -131,6 +131,8 @@ void FrameScripts::Begin(JSCContext* context, JSCContext* page, std::uint64_t fr
 void FrameScripts::Start(JSCContext* context, JSCContext* page, std::uint64_t frame)
 {
     const std::uint64_t document = NewNumber();
+    heldQuestions_.erase(frame);
+    watching_.erase(frame);
     const Value start = Evaluate(context, "agent.js");
     const Value parts = MakeParts(context, frame);
     const std::string name = std::to_string(frame) + '\n' + std::to_string(document);
@@ -143,8 +145,6 @@ void FrameScripts::Start(JSCContext* context, JSCContext* page, std::uint64_t fr
     ThrowIfFailed(context);
     jsc_context_set_value(context, "velmoraAgent", object.get());
     const auto window = Owned(jsc_context_get_global_object(page));
-    heldQuestions_.erase(frame);
-    watching_.erase(frame);
     scripts_[frame] =
         Script{document, Owned(jsc_weak_value_new(object.get())), Owned(jsc_weak_value_new(window.get()))};
     if (holdsQuestions_) HoldQuestions(frame);

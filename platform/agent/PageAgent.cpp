@@ -28,7 +28,9 @@ public:
             return true;
         });
         callbacks_.Connect(page, "send-request",
-                           [this](WebKitWebPage*, WebKitURIRequest* request) { NoteRequest(request); });
+                           [this](WebKitWebPage*, WebKitURIRequest* request, WebKitURIResponse* redirect) {
+                               if (!redirect) NoteRequest(request);
+                           });
     }
 
     void BeginDocument(WebKitFrame* frame, WebKitScriptWorld* world)

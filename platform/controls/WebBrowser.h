@@ -54,6 +54,8 @@ public:
     /// The user goes on with a document (and its address) that stayed after something was sent with it.
     /// Comes before the BeforeNavigate2 of what is sent next.
     Event<BrowserObject&, const std::string&> DocumentResumed;
+    /// Forms have come into a document that had finished. Its DocumentComplete follows, about them alone.
+    Event<> FormsAdded;
     /// Set true to refuse the window. True from the start: the browser has refused it already, since the
     /// user could not be asked.
     Event<bool&> NewWindow2;

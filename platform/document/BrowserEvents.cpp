@@ -55,27 +55,23 @@ void BrowserEvents::OnBegun(const PagePlace& place, const std::string& url, bool
     if (url != "about:blank") unfinished_[{place.channel.get(), place.document.frame}] = Clock::now();
 }
 
-void BrowserEvents::OnFinished(const PagePlace& place, const std::string& url, bool isTop)
+void BrowserEvents::OnFinished(const PagePlace& place, const std::string& url, bool isTop,
+                               std::vector<std::string> laterForms)
 {
     unfinished_.erase({place.channel.get(), place.document.frame});
     const auto address = reported_(url, isTop);
     if (!address) return;
-    ForgetFinished(place.document);
+    const bool isWhole = laterForms.empty();
+    if (isWhole) ForgetFinished(place.document);
+    // The page may be on its way elsewhere when a form comes.
+    if (!isWhole && isAwaited_) return;
     const auto begun = Clock::now();
-    Add({Kind::Finished, place.document, address->size(), [this, place, begun, url = *address] {
-             // One that has waited for an answer of the user may have been taken out of its page meanwhile.
-             if (Clock::now() - begun > kMoment && IsGone(place)) return;
-             isAwaited_ = false;
-             if (Sender* const known = Find(place.document)) {
-                 known->url = url;
-             } else {
-                 senders_.push_back({place.document, url, {}});
-                 if (senders_.size() > kMostSenders) senders_.pop_front();
-             }
-             const PageTurn turn(place);
-             PageFrame frame(place);
-             control_.DocumentComplete.Raise(frame, url);
-         }});
+    const auto handle = [this, place, begun, url = *address, laterForms = std::move(laterForms)] {
+        // One that has waited for an answer of the user may have been taken out of its page meanwhile.
+        if (Clock::now() - begun > kMoment && IsGone(place)) return;
+        Complete(place, url, laterForms);
+    };
+    Add({isWhole ? Kind::Finished : Kind::FormsAdded, place.document, address->size(), handle});
 }
 
 bool BrowserEvents::TakesSubmissions() const { return !Waits(Kind::Submission); }
@@ -150,10 +146,32 @@ bool BrowserEvents::IsGone(const PagePlace& place)
 
 void BrowserEvents::ForgetFinished(const wire::DocumentName& document)
 {
-    std::erase_if(items_, [&](const Item& item) { return item.kind == Kind::Finished && item.document == document; });
+    std::erase_if(items_, [&](const Item& item) {
+        return (item.kind == Kind::Finished || item.kind == Kind::FormsAdded) && item.document == document;
+    });
 }
 
 // --- What goes out --------------------------------------------------------------------------------
+
+void BrowserEvents::Complete(const PagePlace& place, const std::string& url, const std::vector<std::string>& laterForms)
+{
+    const PageTurn turn(place);
+    if (!laterForms.empty()) {
+        PageFrame frame(place, {FormOrder::Kind::Only, laterForms});
+        control_.FormsAdded.Raise();
+        control_.DocumentComplete.Raise(frame, url);
+        return;
+    }
+    isAwaited_ = false;
+    if (Sender* const known = Find(place.document)) {
+        known->url = url;
+    } else {
+        senders_.push_back({place.document, url, {}});
+        if (senders_.size() > kMostSenders) senders_.pop_front();
+    }
+    PageFrame frame(place);
+    control_.DocumentComplete.Raise(frame, url);
+}
 
 void BrowserEvents::HandleNext()
 {
@@ -168,13 +186,15 @@ void BrowserEvents::HandleNavigation(const Navigation& navigation)
 {
     const PagePlace& place = navigation.cause ? navigation.cause->place : navigation.from;
     const PageTurn turn(place);
-    PageFrame frame(place);
+    // What a record is made of is the form that was sent, not another that goes to the same address.
+    const bool isForm = navigation.cause && navigation.cause->isForm;
+    PageFrame frame(place, isForm ? FormOrder{FormOrder::Kind::First, {navigation.cause->form}} : FormOrder{});
     BeforeNavigate2Event event{
         .pDisp = frame, .URL = navigation.url, .TargetFrameName = {}, .PostData = {}, .Headers = navigation.headers};
     if (navigation.cause) {
         event.TargetFrameName = navigation.cause->target;
         event.PostData = navigation.cause->body;
-        if (navigation.cause->isForm) Resume(*navigation.cause, {});
+        if (isForm) Resume(*navigation.cause, {});
     }
     isAwaited_ = true;
     control_.BeforeNavigate2.Raise(event);

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/Turns.h"
 #include "platform/controls/WebBrowser.h"
@@ -50,12 +51,13 @@ public:
     void NoteUserAct();
 
     void OnBegun(const PagePlace& place, const std::string& url, bool isTop) override;
-    void OnFinished(const PagePlace& place, const std::string& url, bool isTop) override;
+    void OnFinished(const PagePlace& place, const std::string& url, bool isTop,
+                    std::vector<std::string> laterForms) override;
     bool TakesSubmissions() const override;
     void OnSubmitted(PageSubmission submission) override;
 
 private:
-    enum class Kind { Navigation, Submission, Finished, Ended };
+    enum class Kind { Navigation, Submission, Finished, FormsAdded, Ended };
 
     struct Item {
         Kind kind;
@@ -74,6 +76,8 @@ private:
     bool Waits(Kind kind) const;
     /// Whether a document is gone. What a page says of its end comes too late where it can be told.
     static bool IsGone(const PagePlace& place);
+    /// Tells of a document that has finished, or of forms that have come to one.
+    void Complete(const PagePlace& place, const std::string& url, const std::vector<std::string>& laterForms);
     /// Takes a document's completion out of those that wait.
     void ForgetFinished(const wire::DocumentName& document);
 

@@ -82,6 +82,12 @@ void PageChannel::Click(const wire::DocumentName& document, const std::string& h
     Request(document, wire::kClick, handle);
 }
 
+void PageChannel::Pause(Clock::duration time)
+{
+    const Use use(*time_);
+    wait_(descriptor_, POLLIN, std::min(Deadline(), Clock::now() + time));
+}
+
 DocumentVersion PageChannel::Version(const wire::DocumentName& document) const
 {
     const auto known = revisions_.find(document.number);

@@ -66,6 +66,9 @@ public:
     /// Returns at once; the click follows.
     void Click(const wire::DocumentName& document, const std::string& handle);
 
+    /// Lets time pass, in which the page and the main loop run; counted as the page's time.
+    void Pause(Clock::duration time);
+
     DocumentVersion Version(const wire::DocumentName& document) const;
 
 private:

@@ -14,6 +14,10 @@ namespace {
 // Each frame costs a trip. No real page has this many; a page that says so wants the program to hang.
 constexpr std::uint64_t kMostFrames = 1000;
 
+// A page may look at what was entered, and ask its server, before it lets its button be pressed.
+constexpr std::chrono::seconds kLongestDisabled{3};
+constexpr std::chrono::milliseconds kPause{20};
+
 /// Whether an element's value is its attribute (HTML, "value mode": default and default/on), so that
 /// only a change of the structure can change it.
 bool HoldsValueInMarkup(const std::string& type)
@@ -43,15 +47,39 @@ public:
         return place_.channel->Read(place_.document, request, parse);
     }
     void Write(const std::vector<std::string>& request) const { place_.channel->Write(place_.document, request); }
-    void Click(const std::string& handle) const { place_.channel->Click(place_.document, handle); }
+    /// False if the element is still disabled at the end of the wait.
+    bool Click(const std::string& handle) const
+    {
+        // What the page has emptied or drawn anew since it was written is written once more.
+        Write({"again"});
+        const auto isReady = [&] {
+            return Read({"ready", handle}, [](wire::Reader& reader) { return reader.Flag(); });
+        };
+        const auto deadline = Clock::now() + kLongestDisabled;
+        while (!isReady()) {
+            if (Clock::now() > deadline) return false;
+            place_.channel->Pause(kPause);
+        }
+        place_.channel->Click(place_.document, handle);
+        return true;
+    }
 
 private:
     PagePlace place_;
 };
 
-std::string MarkupOf(const DocumentLink& link)
+/// A request for forms in an order, as the agent takes it.
+std::vector<std::string> RequestFor(const char* what, const FormOrder& order)
 {
-    return link.Read({"markup"}, [](wire::Reader& reader) { return reader.Text(); });
+    constexpr const char* kKinds[] = {"all", "first", "only"};
+    std::vector<std::string> request{what, kKinds[static_cast<int>(order.kind)]};
+    request.insert(request.end(), order.handles.begin(), order.handles.end());
+    return request;
+}
+
+std::string MarkupOf(const DocumentLink& link, const FormOrder& order)
+{
+    return link.Read(RequestFor("markup", order), [](wire::Reader& reader) { return reader.Text(); });
 }
 
 /// The elements of a form or of a tag, fetched together.
@@ -156,7 +184,7 @@ public:
         At(Facts().options, k, "option");
         return std::make_shared<PageOption>(list_, index_, handle_, k);
     }
-    void Click() override { list_->Link().Click(handle_); }
+    bool Click() override { return list_->Link().Click(handle_); }
 
 private:
     const ElementFacts& Facts() { return list_->Named(index_, handle_); }
@@ -197,14 +225,14 @@ private:
 
 class PageDocument : public Document, public std::enable_shared_from_this<PageDocument> {
 public:
-    explicit PageDocument(PagePlace place) : link_(std::move(place)) {}
+    PageDocument(PagePlace place, FormOrder order) : link_(std::move(place)), order_(std::move(order)) {}
 
-    int FramesLength() override { return Facts().frames; }
+    int FramesLength() override { return static_cast<int>(Facts().frames.size()); }
 
     std::shared_ptr<BrowserObject> Frames(int i) override
     {
-        if (i < 0 || i >= Facts().frames) throw DocumentError("no such frame");
-        const auto inside = link_.Read({"frame", std::to_string(i)}, [](wire::Reader& reader) {
+        const std::string& frame = At(Facts().frames, i, "frame");
+        const auto inside = link_.Read({"frame", frame}, [](wire::Reader& reader) {
             wire::DocumentName name;
             reader.Read(name.frame, name.number);
             return name;
@@ -223,7 +251,7 @@ public:
         return std::make_shared<PageForm>(shared_from_this(), form, elements);
     }
 
-    std::string InnerHtml() override { return MarkupOf(link_); }
+    std::string InnerHtml() override { return MarkupOf(link_, order_); }
 
     std::shared_ptr<ElementCollection> GetElementsByTagName(const std::string& tag) override
     {
@@ -233,18 +261,17 @@ public:
 
 private:
     struct DocumentFacts {
-        int frames = 0;
+        std::vector<std::string> frames;  ///< Their places in the window.
         std::vector<FormFacts> forms;
     };
 
     const DocumentFacts& Facts()
     {
         if (fetched_ && *fetched_ == link_.Version().revision) return facts_;
-        facts_ = link_.Read({"document"}, [](wire::Reader& reader) {
+        facts_ = link_.Read(RequestFor("document", order_), [](wire::Reader& reader) {
             DocumentFacts facts;
-            const std::uint64_t frames = reader.Number();
-            if (frames > kMostFrames) throw DocumentError("the page has too many frames");
-            facts.frames = static_cast<int>(frames);
+            facts.frames = ReadSeveral(reader, [](wire::Reader& part) { return part.Text(); });
+            if (facts.frames.size() > kMostFrames) throw DocumentError("the page has too many frames");
             facts.forms = ReadSeveral(reader, ReadForm);
             return facts;
         });
@@ -253,6 +280,7 @@ private:
     }
 
     DocumentLink link_;
+    FormOrder order_;
     DocumentFacts facts_;
     std::optional<std::uint64_t> fetched_;
     std::map<std::string, std::shared_ptr<ElementList>> elements_;
@@ -275,7 +303,7 @@ public:
         if (i != 0) throw DocumentError("no such form");
         return std::make_shared<PageForm>(shared_from_this(), form_, elements_);
     }
-    std::string InnerHtml() override { return MarkupOf(link_); }
+    std::string InnerHtml() override { return MarkupOf(link_, {}); }
     std::shared_ptr<ElementCollection> GetElementsByTagName(const std::string& tag) override
     {
         return OpenDocument(link_.Place())->GetElementsByTagName(tag);
@@ -295,12 +323,12 @@ std::shared_ptr<Document> SubmittedFrame::Document()
     return std::make_shared<SubmittedDocument>(place_, snapshot_);
 }
 
-std::shared_ptr<Document> PageFrame::Document() { return OpenDocument(place_); }
+std::shared_ptr<Document> PageFrame::Document() { return OpenDocument(place_, order_); }
 
-std::shared_ptr<Document> OpenDocument(const PagePlace& place)
+std::shared_ptr<Document> OpenDocument(const PagePlace& place, const FormOrder& order)
 {
     if (!place.channel) throw DocumentError("the page has no document that can be read");
-    auto document = std::make_shared<PageDocument>(place);
+    auto document = std::make_shared<PageDocument>(place, order);
     document->FramesLength();  // a document that cannot be read is refused here
     return document;
 }

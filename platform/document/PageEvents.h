@@ -18,6 +18,7 @@ struct PageAction {
     PagePlace place;             ///< The document that holds the form or the link.
     std::string body;            ///< Of a post, in the default encoding whatever the form's own is.
     std::uint64_t userActs = 0;  ///< Keys and buttons that the user has pressed in the document so far.
+    std::string form;            ///< The handle of the form.
     bool staysHere = false;      ///< A link into the document that holds it.
 };
 
@@ -35,7 +36,9 @@ class PageListener {
 public:
     virtual ~PageListener() = default;
     virtual void OnBegun(const PagePlace& place, const std::string& url, bool isTop) = 0;
-    virtual void OnFinished(const PagePlace& place, const std::string& url, bool isTop) = 0;
+    /// A document has finished; again for the sake of the forms of these handles alone, if there are any.
+    virtual void OnFinished(const PagePlace& place, const std::string& url, bool isTop,
+                            std::vector<std::string> laterForms) = 0;
     /// Whether a further submission would be taken; it need not be read otherwise.
     virtual bool TakesSubmissions() const = 0;
     virtual void OnSubmitted(PageSubmission submission) = 0;

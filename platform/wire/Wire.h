@@ -15,14 +15,16 @@
 namespace velmora::wire {
 
 // Events. Every packed text starts with the agent's number, the frame's and the document's.
-inline constexpr char kHello[] = "velmora.hello";        ///< Asks for a channel; the reply carries one end of it.
-inline constexpr char kBegun[] = "velmora.begun";        ///< A new document: address, top.
-inline constexpr char kFinished[] = "velmora.finished";  ///< Address, top.
-/// Address, method, target, the body (empty if the method is not "post"), and how often the user has pressed
-/// a key or a button in the document.
+inline constexpr char kHello[] = "velmora.hello";  ///< Asks for a channel; the reply carries one end of it.
+inline constexpr char kBegun[] = "velmora.begun";  ///< A new document: address, top.
+/// Address, top; the number and the handles of the forms that have come to a document which had finished.
+inline constexpr char kFinished[] = "velmora.finished";
+/// Address, method, target, the body (empty if the method is not "post"), how often the user has pressed
+/// a key or a button in the document, and the handle of the form.
 inline constexpr char kFormData[] = "velmora.formdata";
 inline constexpr char kLink[] = "velmora.link";  ///< Address, target, whether it leads into the same document.
-/// As kFormData, but sent by the page's script; then the document's address, the time of the submission
+/// As kFormData up to what the user has pressed, but sent by the page's script; then the document's address,
+/// the time of the submission
 /// (milliseconds since 1970), and the facts of the form and its elements at that time.
 inline constexpr char kSubmitted[] = "velmora.submitted";
 inline constexpr char kError[] = "velmora.error";  ///< A fault in the agent's own script.

@@ -40,10 +40,15 @@ public:
     void SetValue(const std::string& value) override { journal->push_back(Name() + " := " + value); }
     void Check() override { journal->push_back("check " + Name() + "=" + Value()); }
     bool IsImage() const { return type_ == "image"; }
-    void Click() override { journal->push_back("click " + Name()); }
+    bool Click() override
+    {
+        journal->push_back("click " + Name() + (isDisabled ? "!" : ""));
+        return !isDisabled;
+    }
 
     std::vector<CannedOption> options;
     std::string src;
+    bool isDisabled = false;     ///< And stays so.
     bool unreadable = false;     ///< Every read and write of it fails.
     Journal* journal = nullptr;  ///< Of the frame that shows it.
 

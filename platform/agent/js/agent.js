@@ -15,9 +15,12 @@
 (function (frameNumber, documentNumber, parts) {
   "use strict";
 
-  const dom = parts.dom();
+  const tellFault = (error) => tell("error", [error + "\n" + error.stack]);
+  const dom = parts.dom(tellFault);
   const { clock } = parts;
-  const { encodingOf, nameOf, describe, targetOf } = parts.outgoing(dom, parts, () => acts);
+  const { encodingOf, recordedName, describe, targetOf } = parts.outgoing(dom, parts, () => acts);
+  const forms = parts.forms(dom, recordedName);
+  const writes = parts.writes(dom, forms);
 
   // --- Texts on the wire: joined by line feeds, with "\", line feed and zero escaped -------------
 
@@ -63,161 +66,14 @@
     if (records.some(changesStructure)) revision += 1;
   }
 
+  const kObserved =
+    { subtree: true, childList: true, characterData: true, attributes: true, attributeFilter: kAttributes };
+
   function observe() {
     if (observer !== null) return;
     observer = new MutationObserver(note);
-    observer.observe(document, {
-      subtree: true,
-      childList: true,
-      characterData: true,
-      attributes: true,
-      attributeFilter: kAttributes,
-    });
+    for (const root of dom.roots()) observer.observe(root, kObserved);
   }
-
-  // --- Handles: numbers by which the program names nodes of this document ------------------------
-
-  const nodes = new Map();
-  const handles = new WeakMap();
-  const optionLists = new WeakMap();
-
-  function handleOf(node) {
-    let handle = handles.get(node);
-    if (handle === undefined) {
-      handle = nodes.size;
-      nodes.set(handle, new WeakRef(node));
-      handles.set(node, handle);
-    }
-    return handle;
-  }
-
-  function nodeOf(handle) {
-    const node = nodes.get(Number(handle))?.deref();
-    if (node === undefined) throw new Error("the element is gone");
-    return node;
-  }
-
-  // --- Reads ------------------------------------------------------------------------------------
-
-  function controlsOf(form) {
-    const listed = Array.from(dom.read(HTMLFormElement, "elements", form));
-    return listed.filter((element) => element.matches("input,select,textarea,button"));
-  }
-
-  // The kinds of fields that hold a text. The program knows them by one name, whatever kind of text a
-  // page's author expects in them.
-  const kTextTypes = ["color", "date", "datetime-local", "email", "month", "number", "range", "search", "tel", "time",
-    "url", "week"];
-
-  function typeOf(element) {
-    return kTextTypes.includes(element.type) ? "text" : element.type ?? "";
-  }
-
-  function elementFacts(element) {
-    const isSelect = element instanceof HTMLSelectElement;
-    const facts = [
-      handleOf(element),
-      nameOf(element),
-      typeOf(element),
-      element.value ?? "",
-      element.checked ? 1 : 0,
-      dom.attribute(element, "src") ?? "",
-    ];
-    const options = isSelect ? Array.from(element.options) : [];
-    if (isSelect) optionLists.set(element, options);
-    facts.push(options.length);
-    for (const option of options) facts.push(option.text, option.value, option.selected ? 1 : 0);
-    return facts;
-  }
-
-  function listFacts(elements) {
-    const facts = [elements.length];
-    for (const element of elements) facts.push(...elementFacts(element));
-    return facts;
-  }
-
-  /**
-   * A form's action as the page spells it, as far as the engine announces it in the same way; otherwise
-   * the address that it announces.
-   */
-  function spelledAction(form) {
-    const written = dom.attribute(form, "action") ?? "";
-    return /^[\w!#$%&()*+,./:;=?@[\]~-]*$/.test(written) ? written : dom.read(HTMLFormElement, "action", form);
-  }
-
-  function actionOf(form) {
-    return typeof form.action === "string" ? spelledAction(form) : "[object]";
-  }
-
-  /** A form's id, without what would end its tag. */
-  function idOf(form) {
-    return (dom.attribute(form, "id") ?? "").replaceAll(">", "%3E");
-  }
-
-  function formFacts(form) {
-    return [handleOf(form), actionOf(form), idOf(form)];
-  }
-
-  /** The tags of the document's forms, with what there is to know of them and no quotes. */
-  function markup() {
-    const attribute = (name, value) => (value === "" ? "" : ` ${name}=${value}`);
-    const tagOf = (form) => `<form${attribute("action", spelledAction(form)) + attribute("id", idOf(form))} >`;
-    return dom.forms().map(tagOf).join("\n");
-  }
-
-  function documentFacts() {
-    const forms = dom.forms();
-    const facts = [window.length, forms.length];
-    for (const form of forms) facts.push(...formFacts(form));
-    return facts;
-  }
-
-  const reads = {
-    document: documentFacts,
-    form: (handle) => listFacts(controlsOf(nodeOf(handle))),
-    tag: (name) => listFacts(dom.byTag(name)),
-    markup: () => [markup()],
-    // A frame of another origin refuses here, by the web's own rules.
-    frame: (index) => {
-      const child = window[Number(index)];
-      if (child.document === null || child.velmoraAgent?.answer === undefined) {
-        throw new Error("the frame has no document");
-      }
-      return [child.velmoraAgent.frameNumber, child.velmoraAgent.documentNumber];
-    },
-  };
-
-  // --- Writes: what a user's own change does, and only if it changes something -------------------
-
-  function announceChange(element, inputEvent) {
-    dom.dispatch(element, inputEvent);
-    dom.dispatch(element, new Event("change", { bubbles: true }));
-  }
-
-  const writes = {
-    value: (handle, text) => {
-      const element = nodeOf(handle);
-      const before = element.value;
-      if (before === text) return;
-      // The setter of this world's prototype: a page's own setter on the element is not called, so
-      // that a page which compares old and new value in its handler sees the change.
-      element.value = text;
-      if (element.value === before) return;
-      announceChange(element, new InputEvent("input", { bubbles: true, composed: true, inputType: "insertText" }));
-    },
-    check: (handle) => {
-      const element = nodeOf(handle);
-      if (!element.checked) element.click();
-    },
-    select: (handle, index) => {
-      const element = nodeOf(handle);
-      const option = optionLists.get(element)?.[Number(index)];
-      if (option === undefined || option.closest("select") !== element) throw new Error("the option is gone");
-      if (option.selected) return;
-      option.selected = true;
-      announceChange(element, new Event("input", { bubbles: true, composed: true }));
-    },
-  };
 
   // --- Requests of the program ------------------------------------------------------------------
 
@@ -226,7 +82,7 @@
     if (window.top === null) throw new Error("the frame is gone");
     const [operation, ...given] = unpack(message);
     observe();
-    if (Object.hasOwn(reads, operation)) return pack(reads[operation](...given));
+    if (Object.hasOwn(forms.reads, operation)) return pack(forms.reads[operation](...given));
     if (Object.hasOwn(writes, operation)) {
       writes[operation](...given);
       return "";
@@ -238,6 +94,7 @@
   function rest() {
     observer?.disconnect();
     observer = null;
+    writes.forget();
     revision += 1;
   }
 
@@ -253,49 +110,54 @@
   let acts = 0;
   for (const type of ["keydown", "pointerdown"]) {
     dom.keep(type, (event) => {
-      if (event.isTrusted) acts += 1;
-    }, true);
+      if (!event.isTrusted) return;
+      acts += 1;
+      event.composedPath().filter((node) => node instanceof ShadowRoot).forEach(dom.enter);
+      settling.acted();
+    });
   }
 
-  let lastSubmit = null;
+  // The last submit event and its form: an event forgets its target when it has run in a shadow root.
+  let lastSubmit = { event: null, form: null };
 
-  dom.keep("submit", (event) => {
-    lastSubmit = event;
+  dom.keepInside("submit", (event) => {
+    lastSubmit = { event, form: event.target };
     clock.after(0, () => {
-      if (lastSubmit === event) lastSubmit = null;
+      if (lastSubmit.event === event) lastSubmit = { event: null, form: null };
     });
-  }, true);
+  });
 
   /** The button by which a form is submitted; null if a script gathers its entries. */
   function submitterOf(form) {
-    if (lastSubmit === null || lastSubmit.target !== form) return null;
+    if (lastSubmit.form !== form) return null;
     // The engine gathers them once all listeners have run and none has stopped it; before that and
     // after that it is a page's script: `new FormData(form)` or `form.submit()`.
-    const goesOut = lastSubmit.eventPhase === Event.NONE && !lastSubmit.defaultPrevented;
-    return goesOut ? lastSubmit.submitter : null;
+    const goesOut = lastSubmit.event.eventPhase === Event.NONE && !lastSubmit.event.defaultPrevented;
+    return goesOut ? lastSubmit.event.submitter : null;
   }
 
   let lastFacts = { formData: null, packed: "" };
 
-  function tellFormData(event) {
+  const tellFormData = dom.guarded((event) => {
     const facts = describe(event.target, submitterOf(event.target), event.formData, false);
     if (facts[1] === "dialog") return; // closes a dialog of the page, goes nowhere
+    facts.push(forms.handleOf(event.target));
     const packed = pack(facts);
     if (lastFacts.formData === event.formData && lastFacts.packed === packed) return;
     lastFacts = { formData: event.formData, packed };
     tell("formdata", facts);
-  }
+  });
 
   // The page's own listeners may change the entries, and one may stop the event. So the entries are
   // told as they are at first, and again if they differ after the listeners of any of these places:
   // the program takes the last.
-  dom.keep("formdata", (event) => {
+  dom.keepInside("formdata", (event) => {
     tellFormData(event);
-    for (const place of [event.target, document, window]) {
+    for (const place of [event.target, dom.rootOf(event.target), window]) {
       dom.unlisten(place, "formdata", tellFormData); // to come after those that were added since
       dom.listen(place, "formdata", tellFormData);
     }
-  }, true);
+  });
 
   const withoutFragment = (address) => address.split("#", 1)[0];
 
@@ -305,15 +167,24 @@
     if (link === undefined || !link.hasAttribute("href")) return;
     const staysHere = link.href.includes("#") && withoutFragment(link.href) === withoutFragment(dom.address());
     tell("link", [link.href, targetOf(link), staysHere ? 1 : 0]);
-  }, true);
+  });
+
+  // Which of the scripts want to hear of the page's requests.
+  const watchers = new Set();
+
+  function watch(watcher, isOn) {
+    if (isOn) watchers.add(watcher);
+    else watchers.delete(watcher);
+    parts.watch(watchers.size > 0);
+  }
 
   const submissions = parts.submissions(dom, {
     encodingOf,
     describe,
-    snapshot: (form) => [...formFacts(form), ...listFacts(controlsOf(form))],
+    forms,
     tell: (facts) => tell("submitted", facts),
     clock,
-    watch: parts.watch,
+    watch: (isOn) => watch("submissions", isOn),
     acts: () => acts,
   });
 
@@ -329,9 +200,15 @@
     else if (parts.serve()) queueMicrotask(() => serve(kTurns));
   }
 
-  const settling = parts.settling(dom, clock, () => {
-    tell("finished", [dom.address(), isTop]);
-    queueMicrotask(() => serve(0));
+  const settling = parts.settling(dom, {
+    clock,
+    forms,
+    concernsForms: (records) => records.some(changesStructure),
+    watch: (isOn) => watch("settling", isOn),
+    tell: (laterForms) => {
+      tell("finished", [dom.address(), isTop, laterForms.length, ...laterForms.map(forms.handleOf)]);
+      queueMicrotask(() => serve(0));
+    },
   });
 
   function moved() {
@@ -353,8 +230,14 @@
     answer,
     currentRevision,
     rest,
-    click: (handle) => nodeOf(handle).click(),
+    click: (handle) => forms.standing(handle).click(),
     moved,
-    requested: (message) => submissions.requested(...unpack(message)),
+    requested: (message) => {
+      const request = unpack(message);
+      settling.requested(...request);
+      submissions.requested(...request);
+    },
+    holdsFields: forms.holdsFields,
+    isFinished: settling.isFinished,
   };
 });

@@ -1,8 +1,9 @@
 // The members of documents, forms and elements as the engine has them. In a page an element named
 // "forms", "URL" or "getAttribute" hides the document's or the form's own member of that name, from
 // the agent's script too; the prototypes of the agent's world cannot be hidden. The file is one
-// function, which gives the functions that go by the prototypes.
-(function () {
+// function; given what is to hear of a fault in a listener, it gives the functions that go by the
+// prototypes.
+(function (tellFault) {
   "use strict";
 
   function read(type, name, object) {
@@ -12,6 +13,8 @@
   const { getAttribute, hasAttribute, matches, closest, querySelector } = Element.prototype;
   const { addEventListener, removeEventListener, dispatchEvent } = EventTarget.prototype;
   const { getElementsByTagName, createElementNS } = Document.prototype;
+  const { getRootNode } = Node.prototype;
+  const shadowOf = Object.getOwnPropertyDescriptor(Element.prototype, "shadowRoot").get;
 
   // A page that opens its document anew (document.open) takes all listeners off it and its window. Those
   // of the agent come back with the new content; one that is there is not added twice.
@@ -19,20 +22,80 @@
   new MutationObserver(() => kept.forEach((given) => addEventListener.call(...given)))
     .observe(document, { childList: true });
 
-  /** A listener for the life of the window. */
-  function keep(...given) {
-    kept.push([window, ...given]);
-    addEventListener.call(window, ...given);
+  /** The listener, with a fault in it told: the engine tells nobody of one. */
+  function guarded(listener) {
+    return (event) => {
+      try {
+        listener(event);
+      } catch (error) {
+        tellFault(error);
+      }
+    };
+  }
+
+  /** A listener for the life of the window, called ahead of those of the page. */
+  function keep(type, listener) {
+    const given = [window, type, guarded(listener), true];
+    kept.push(given);
+    addEventListener.call(...given);
+  }
+
+  // Some events do not leave a shadow root: those are listened for inside each.
+  const keptInside = [];
+  const entered = new WeakSet();
+
+  function keepInside(type, listener) {
+    keep(type, listener);
+    keptInside.push([type, guarded(listener), true]);
+  }
+
+  function enter(root) {
+    if (root === document || entered.has(root)) return;
+    entered.add(root);
+    for (const given of keptInside) addEventListener.call(root, ...given);
+  }
+
+  function all(root, selector) {
+    const type = [Document, Element, DocumentFragment].find((each) => root instanceof each);
+    return Array.from(type.prototype.querySelectorAll.call(root, selector));
+  }
+
+  /** A root and the open shadow roots in it, in the order of their hosts. */
+  function roots(root = document) {
+    const found = [root];
+    for (const element of all(root, "*")) {
+      const shadow = shadowOf.call(element);
+      if (shadow !== null) found.push(...roots(shadow));
+    }
+    found.forEach(enter);
+    return found;
+  }
+
+  /** The elements that match, those in open shadow roots included, in the order of the page. */
+  function select(selector, root = document) {
+    const found = all(root, selector);
+    if (roots(root).length === 1) return found;
+    const wanted = new Set(found);
+    return all(root, "*").flatMap((element) => {
+      const shadow = shadowOf.call(element);
+      return [...(wanted.has(element) ? [element] : []), ...(shadow === null ? [] : select(selector, shadow))];
+    });
   }
 
   return {
     keep,
+    keepInside,
+    enter,
+    roots,
+    select,
     read,
-    forms: () => Array.from(read(Document, "forms", document)),
+    forms: () => select("form").filter((element) => element instanceof HTMLFormElement),
     scripts: () => read(Document, "scripts", document),
     address: () => read(Document, "URL", document),
     charset: () => read(Document, "characterSet", document),
-    byTag: (name) => Array.from(getElementsByTagName.call(document, name)),
+    shadowOf: (element) => shadowOf.call(element),
+    rootOf: (node) => getRootNode.call(node),
+    isConnected: (node) => read(Node, "isConnected", node),
     first: (selector) => Document.prototype.querySelector.call(document, selector),
     newLink: (owner) => createElementNS.call(owner, "http://www.w3.org/1999/xhtml", "a"),
     isElement: (node) => node instanceof Element,
@@ -42,6 +105,7 @@
     matches: (element, selector) => matches.call(element, selector),
     closest: (element, selector) => closest.call(element, selector),
     find: (element, selector) => querySelector.call(element, selector),
+    guarded,
     listen: (target, type, listener) => addEventListener.call(target, type, listener),
     unlisten: (target, type, listener) => removeEventListener.call(target, type, listener),
     dispatch: (element, event) => dispatchEvent.call(element, event),

@@ -31,10 +31,9 @@
    * A field's name as it comes back from what was sent: each byte is one character of the code page, and
    * a plus sign is a blank, as everywhere in a record.
    */
-  function nameOf(element) {
-    const name = element.name ?? "";
+  function recordedName(name, form) {
     if (/^[ -*,-~]*$/.test(name)) return name;
-    const sent = formBody(element.form ?? null, [[name, ""]]).slice(0, -1);
+    const sent = formBody(form, [[name, ""]]).slice(0, -1);
     const bytes = sent.replace(/\+|%2B/g, " ").replace(/%(..)/g, (_, hex) => String.fromCharCode(parseInt(hex, 16)));
     return codePage.decode(Uint8Array.from(bytes, (byte) => byte.charCodeAt(0)));
   }
@@ -67,5 +66,5 @@
     return [address, method, target, body.length <= kLongestBody ? body : "", acts()];
   }
 
-  return { encodingOf, nameOf, describe, targetOf };
+  return { encodingOf, recordedName, describe, targetOf };
 })

@@ -1,58 +1,180 @@
-// When a document counts as finished. The file is one function; given the ways into the document, a
-// clock that the page cannot stop, and the function that tells the program, it gives what the agent
-// calls when the document has loaded and when its address may have moved.
-(function (dom, clock, tellFinished) {
+// When a document counts as finished. The file is one function; given the ways into the document and
+// what the agent has for it, it gives what the agent calls when the document has loaded, when its address
+// may have moved, when the page makes a request and when the user does something.
+//
+//   clock: one that the page cannot stop
+//   forms: the forms of the document
+//   concernsForms(records): whether changes of the document concern its forms
+//   watch(isOn): whether the agent is to tell of the requests that the page makes, by `requested`
+//   tell(forms): the document has finished, for the sake of these forms alone if there are any
+(function (dom, agent) {
   "use strict";
 
-  // A page that draws itself does so in bursts of a few milliseconds with pauses for what it fetches.
-  // A pause of this length, in milliseconds, ends the drawing; a page that never rests is taken as it
-  // is at the limit.
+  const { clock, forms, concernsForms, watch, tell } = agent;
+
+  // A page that draws itself does so in bursts of a few milliseconds with pauses for what it fetches, and
+  // scripts take over what a server has drawn. A pause of this length, in milliseconds, ends that; a page
+  // that never rests is taken as it is at the limit.
   const kQuiet = 250;
   const kLimit = 2000;
 
+  // How soon, in milliseconds, it is looked again whether what was waited for has come.
+  const kPause = 50;
+
+  const kAllChanges = { subtree: true, childList: true, characterData: true, attributes: true };
+
   let stopWaiting = null;
-  let toldAddress = null;
 
-  function finish() {
-    stopWaiting?.();
-    toldAddress = dom.address();
-    tellFinished();
-  }
+  /** Whether the document has a form that holds something to fill in. */
+  const hasFields = () => dom.forms().some((form) => forms.controlsOf(form).length > 0);
 
-  /** Finishes as soon as `isReady` or the document is quiet, in place of what it waited for before. */
-  function finishWhenSettled(isReady) {
+  /** Calls an action once the document rests, in place of what it waited for before. */
+  function whenRested(isBusy, action) {
     stopWaiting?.();
-    let quiet = clock.after(kQuiet, finish);
-    const limit = clock.after(kLimit, finish);
-    const observer = new MutationObserver(() => {
+    let quiet = 0;
+    let rootCount = 0;
+    let hasForm = false;
+    const observe = () => {
+      const roots = dom.roots();
+      for (const root of roots) observer.observe(root, kAllChanges);
+      const hasGrown = roots.length > rootCount;
+      rootCount = roots.length;
+      hasForm = hasFields();
+      return hasGrown;
+    };
+    const waitOn = (milliseconds) => {
       clock.cancel(quiet);
-      if (isReady()) finish();
-      else quiet = clock.after(kQuiet, finish);
+      quiet = clock.after(milliseconds, () => {
+        // A shadow root comes without a word, and what it holds with it.
+        if (observe()) waitOn(kQuiet);
+        else if (isBusy()) waitOn(kPause);
+        else end();
+      });
+    };
+    const observer = new MutationObserver((records) => {
+      // Where a form stands already the rest of the page may go on moving.
+      if (!hasForm || concernsForms(records)) waitOn(kQuiet);
     });
-    observer.observe(document, { subtree: true, childList: true, characterData: true, attributes: true });
+    const end = () => {
+      stopWaiting();
+      action();
+    };
+    const limit = clock.after(kLimit, end);
     stopWaiting = () => {
       observer.disconnect();
       clock.cancel(quiet);
       clock.cancel(limit);
       stopWaiting = null;
     };
+    observe();
+    waitOn(kQuiet);
   }
 
-  /** A form counts once it holds something to fill in. */
-  function hasForm() {
-    return dom.forms().some((form) => dom.find(form, "input,select,textarea,button") !== null);
+  // --- The first rest ----------------------------------------------------------------------------
+
+  // The addresses that the page has asked for and not got yet.
+  const underWay = [];
+
+  const arrivals = new PerformanceObserver((list) => {
+    for (const { name } of list.getEntries()) {
+      const place = underWay.indexOf(name);
+      if (place >= 0) underWay.splice(place, 1);
+    }
+  });
+
+  function requested(method, address, mode) {
+    if (toldAddress === null && mode !== "navigate") underWay.push(address);
+  }
+
+  /** The frames that the user sees and whose documents the page may read finish before the page does. */
+  function hasUnfinishedFrames() {
+    const isUnfinished = (frame) => {
+      const index = Array.from({ length: window.length }, (_, i) => i).find((i) => window[i] === frame.contentWindow);
+      const isEmpty = index === undefined || forms.agentInside(index)?.isFinished() !== false;
+      return !isEmpty && frame.checkVisibility();
+    };
+    return dom.select("iframe,frame").some(isUnfinished);
+  }
+
+  const isBusy = () => hasUnfinishedFrames() || (underWay.length > 0 && !hasFields());
+
+  let toldAddress = null;
+
+  function finish() {
+    stopWaiting?.();
+    arrivals.disconnect();
+    watch(false);
+    toldAddress = dom.address();
+    known = dom.forms().map(sketch);
+    tell([]);
   }
 
   function loaded() {
     // Only a document that scripts may still draw is waited for.
-    if (dom.forms().length > 0 || dom.scripts().length === 0) finish();
-    else finishWhenSettled(hasForm);
+    if (dom.scripts().length === 0 && !hasUnfinishedFrames()) finish();
+    else whenRested(isBusy, finish);
   }
 
   /** A page moves within one document by its script (history entries) or by a fragment. */
   function moved() {
-    if (toldAddress !== null && dom.address() !== toldAddress) finishWhenSettled(() => false);
+    if (toldAddress !== null && dom.address() !== toldAddress) whenRested(() => false, finish);
   }
 
-  return { loaded, moved };
+  // --- Forms that come later ---------------------------------------------------------------------
+
+  // The forms that the program has been told of, and what the user has done since.
+  let known = [];
+  let hasActed = false;
+  let laterChanges = null;
+
+  /** What tells a form from another: the form, where it goes and the names of what is filled in. */
+  function sketch(form) {
+    const fields = forms.controlsOf(form).filter((field) => field.type !== "hidden");
+    return { form: new WeakRef(form), text: [forms.actionOf(form), ...fields.map(forms.nameOf)] };
+  }
+
+  /**
+   * Whether one form is another that was told before. A page draws a form anew to show it with other
+   * values or one field more: then the user's values must not be written over once more.
+   */
+  function isSame(now, before) {
+    const form = before.form.deref();
+    const isInItsPlace = form === undefined || form === now.form.deref() || !dom.isConnected(form);
+    if (isInItsPlace) return now.text.slice(1).some((name) => before.text.indexOf(name, 1) > 0);
+    return now.text.length === before.text.length && now.text.every((text, i) => text === before.text[i]);
+  }
+
+  function look() {
+    const unknown = [];
+    for (const now of dom.forms().map(sketch)) {
+      const before = known.find((each) => isSame(now, each));
+      if (before !== undefined) Object.assign(before, now);
+      else if (now.text.length > 1) unknown.push(now);
+    }
+    if (unknown.length === 0 || !hasActed) return;
+    hasActed = false;
+    known = [...known, ...unknown];
+    tell(unknown.map(({ form }) => form.deref()));
+  }
+
+  function lookWhenRested() {
+    if (stopWaiting !== null) return;
+    for (const root of dom.roots()) laterChanges.observe(root, { subtree: true, childList: true });
+    whenRested(() => false, look);
+  }
+
+  /** What a page of today draws because of the user may hold a form: it is looked for from here on. */
+  function acted() {
+    if (toldAddress === null) return;
+    hasActed = true;
+    laterChanges ??= new MutationObserver((records) => {
+      if (concernsForms(records)) lookWhenRested();
+    });
+    lookWhenRested();
+  }
+
+  arrivals.observe({ type: "resource" });
+  watch(true);
+
+  return { loaded, moved, acted, requested, isFinished: () => toldAddress !== null || dom.address() === "about:blank" };
 })

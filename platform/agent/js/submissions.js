@@ -4,7 +4,7 @@
 // function; given the ways into the document and what the agent has for it, it watches the submit events.
 //
 //   describe(form, submitter, entries): what the program is told of a submission with these entries
-//   snapshot(form): the facts of the form as it stands
+//   forms: the forms of the document
 //   encodingOf(form): the name of the encoding in which the form is sent
 //   tell(facts): sends it
 //   watch(isOn): whether the agent is to tell of the requests that the page makes, by `requested`
@@ -12,7 +12,7 @@
 (function (dom, agent) {
   "use strict";
 
-  const { describe, snapshot, tell, encodingOf, clock, watch, acts } = agent;
+  const { describe, forms, tell, encodingOf, clock, watch, acts } = agent;
 
   // What a page sends because of a submission it sends within this time, in milliseconds.
   const kPatience = 2000;
@@ -21,7 +21,8 @@
   const kTellingLength = 3;
 
   function controlEntries(control, submitter, encoding) {
-    const { name, type } = control;
+    const { type } = control;
+    const name = forms.nameOf(control);
     if (type === "image") return control === submitter ? imageEntries(name) : [];
     if (["submit", "button", "reset"].includes(type) && control !== submitter) return [];
     if (["checkbox", "radio"].includes(type) && !control.checked) return [];
@@ -51,10 +52,9 @@
    * would notice it if the engine gathered them once more.
    */
   function entriesOf(form, submitter) {
-    const controls = Array.from(dom.read(HTMLFormElement, "elements", form));
+    const controls = forms.fieldsOf(form);
     if (submitter?.type === "image") controls.push(submitter);
-    const counts = (control) => control.matches("input,select,textarea,button") && !control.matches(":disabled") &&
-      control.closest("datalist") === null;
+    const counts = (control) => !control.matches(":disabled") && control.closest("datalist") === null;
     return controls.filter(counts).flatMap((control) => controlEntries(control, submitter, encodingOf(form)));
   }
 
@@ -97,17 +97,17 @@
     return pending.values.some((value) => address.includes(value));
   }
 
-  dom.keep("submit", (event) => {
+  dom.keepInside("submit", (event) => {
     if (!event.isTrusted) return; // made by a script, to call the handlers of others
     forget();
     const { target: form, submitter } = event;
     // Now, since the page's handlers may empty the form.
     const entries = entriesOf(form, submitter);
-    const facts = [...describe(form, submitter, entries), dom.address(), Date.now(), ...snapshot(form)];
+    const facts = [...describe(form, submitter, entries), dom.address(), Date.now(), ...forms.snapshot(form)];
     pending = { event, facts, values: valuesInAddress(entries), acts: acts() };
     patience = clock.after(kPatience, forget);
     watch(true);
-  }, true);
+  });
 
   return {
     moved,

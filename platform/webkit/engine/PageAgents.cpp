@@ -33,6 +33,13 @@ PageAction ReadFormAction(wire::Reader& reader, const PagePlace& place)
     return form;
 }
 
+PageAction ReadFormData(wire::Reader& reader, const PagePlace& place)
+{
+    PageAction form = ReadFormAction(reader, place);
+    form.form = reader.Text();
+    return form;
+}
+
 PageAction ReadLinkAction(wire::Reader& reader, const PagePlace& place)
 {
     PageAction link;
@@ -93,15 +100,17 @@ void PageAgents::Dispatch(const std::string& name, wire::Reader& reader, const P
         std::string url;
         bool isTop = false;
         reader.Read(url, isTop);
+        std::vector<std::string> laterForms;
+        if (name == wire::kFinished) laterForms = ReadSeveral(reader, [](wire::Reader& part) { return part.Text(); });
         reader.End();
         if (isTop) top_ = place;
         if (name == wire::kBegun) {
             listener_.OnBegun(place, url, isTop);
         } else {
-            listener_.OnFinished(place, url, isTop);
+            listener_.OnFinished(place, url, isTop, std::move(laterForms));
         }
     } else if (name == wire::kFormData) {
-        Remember(whole(ReadFormAction));
+        Remember(whole(ReadFormData));
     } else if (name == wire::kLink) {
         Remember(whole(ReadLinkAction));
     } else if (name == wire::kSubmitted && listener_.TakesSubmissions()) {

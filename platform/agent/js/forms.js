@@ -1,0 +1,264 @@
+// The forms of a document as the rules of capture and playback know forms: each with an action and
+// fields that have names. The web of today has more in a form than that, and less; this file makes one
+// of the other, and docs/agent.md says where and why. It is one function; given the ways into the
+// document and what gives a field's name as records have it, it gives the facts that the program reads
+// and the nodes that stand behind the program's handles.
+(function (dom, recordedName) {
+  "use strict";
+
+  // --- Fields ------------------------------------------------------------------------------------
+
+  const kFields = "input,select,textarea,button";
+  const kFilledIn = "input:not([type=hidden i]),select,textarea";
+
+  // The custom element that stands in a form for the field inside it.
+  const owners = new WeakMap();
+
+  const named = (field) => owners.get(field) ?? field;
+  const nameOf = (field) => dom.attribute(named(field), "name") ?? "";
+
+  /** What of a form's element holds the value: itself, or the field inside a custom element. */
+  function fieldOf(element, form) {
+    if (dom.matches(element, kFields)) return element;
+    if (!element.localName.includes("-")) return undefined;
+    const inside = dom.select(kFields, dom.shadowOf(element) ?? element);
+    const field = inside.find((each) => dom.matches(each, kFilledIn)) ?? inside[0];
+    // A field that belongs to the form itself needs nobody to stand for it.
+    if (field === undefined || field.form === form) return undefined;
+    owners.set(field, element);
+    return field;
+  }
+
+  // The kinds of fields that hold a text. The program knows them by one name, whatever kind of text a
+  // page's author expects in them.
+  const kTextTypes = ["color", "date", "datetime-local", "email", "month", "number", "range", "search", "tel", "time",
+    "url", "week"];
+
+  function typeOf(field) {
+    if (kTextTypes.includes(field.type)) return "text";
+    const isButton = field instanceof HTMLButtonElement && dom.attribute(named(field), "type") === "submit";
+    return isButton ? "submit" : field.type ?? "";
+  }
+
+  function fieldsOf(form) {
+    return Array.from(dom.read(HTMLFormElement, "elements", form))
+      .map((element) => fieldOf(element, form))
+      .filter((field) => field !== undefined);
+  }
+
+  /**
+   * The fields that a record can know, and behind them the buttons that submit without a name. What has
+   * no name and submits nothing is neither sent nor filled.
+   */
+  function controlsOf(form) {
+    const fields = fieldsOf(form);
+    const isNamed = (field) => nameOf(field) !== "";
+    return [...fields.filter(isNamed), ...fields.filter((field) => !isNamed(field) && typeOf(field) === "submit")];
+  }
+
+  // --- Forms -------------------------------------------------------------------------------------
+
+  const kInTag = { " ": "%20", ">": "%3E" };
+  const forTag = (text) => text.replace(/[ >]/g, (c) => kInTag[c]);
+
+  /** Whether an action as it is written says enough to be known again: by the file that takes the form. */
+  function namesFile(written) {
+    const file = written.split("?", 1)[0].split("/").at(-1);
+    return file !== "" && !file.startsWith("#") && file !== "." && file !== "..";
+  }
+
+  /**
+   * A form's action as the page spells it, as far as it names a file and the engine announces it in the
+   * same way; otherwise the address that is announced. A form without an action goes to the document's
+   * own address.
+   */
+  function spelledAction(form) {
+    const written = (dom.attribute(form, "action") ?? "").trim();
+    const isSpelledSo = /^[\w!#$%&()*+,./:;=?@[\]~-]*$/.test(written);
+    if (isSpelledSo && namesFile(written)) return written;
+    const address = dom.read(HTMLFormElement, "action", form);
+    if (written !== "" && namesFile(written)) return forTag(address);
+    const [whole] = address.split("#", 1);
+    // The fields of a get form take the place of the query; only a file's name would tell all the same.
+    const isReplaced = dom.read(HTMLFormElement, "method", form) === "get" && !namesFile(whole);
+    return forTag(isReplaced ? whole.split("?", 1)[0] : whole);
+  }
+
+  /** A field of the name "action" hides the form's own. */
+  const hidesAction = (form) => typeof form.action !== "string";
+
+  /** The form's id; one whose action is hidden needs one, since its tag is found by it. */
+  function idOf(form) {
+    const id = forTag(dom.attribute(form, "id") ?? "");
+    return id === "" && hidesAction(form) ? `velmora-${handleOf(form)}-` : id;
+  }
+
+  const actionOf = (form) => (hidesAction(form) ? "[object]" : spelledAction(form));
+  const formFacts = (form) => [handleOf(form), actionOf(form), idOf(form)];
+
+  function tagOf(form) {
+    const attribute = (name, value) => (value === "" ? "" : ` ${name}=${value}`);
+    return `<form${attribute("action", spelledAction(form)) + attribute("id", idOf(form))} >`;
+  }
+
+  // --- Handles: numbers by which the program names nodes of this document ------------------------
+
+  const nodes = new Map();
+  const handles = new WeakMap();
+  // What is known of a node apart from its identity, and the form by which a field was listed.
+  const marks = new Map();
+  const listedBy = new Map();
+
+  function nameNode(handle, node) {
+    nodes.set(handle, new WeakRef(node));
+    handles.set(node, handle);
+  }
+
+  function handleOf(node) {
+    if (!handles.has(node)) nameNode(nodes.size, node);
+    return handles.get(node);
+  }
+
+  function nodeOf(handle) {
+    const node = nodes.get(Number(handle))?.deref();
+    if (node === undefined) throw new Error("the element is gone");
+    return node;
+  }
+
+  const isGone = (handle) => {
+    const node = nodes.get(handle)?.deref();
+    return node === undefined || !dom.isConnected(node);
+  };
+
+  // A page that draws itself anew puts other nodes that look the same in the place of its form and its
+  // fields. A handle goes over from a node that has left the document to the one in its place.
+
+  const markOfForm = (form) => spelledAction(form) + "\n" + (dom.attribute(form, "id") ?? "");
+  const markOfField = (field) => typeOf(field) + "\n" + nameOf(field);
+
+  function formOf(handle) {
+    if (isGone(handle)) {
+      const successor = dom.forms().find((form) => markOfForm(form) === marks.get(handle));
+      if (successor !== undefined) nameNode(handle, successor);
+    }
+    const form = nodeOf(handle);
+    marks.set(handle, markOfForm(form));
+    return form;
+  }
+
+  const listed = new Map();
+
+  /** The fields of the form of a handle, each under the handle that it, or the one before it, had. */
+  function listForm(handle) {
+    const controls = controlsOf(formOf(handle));
+    const left = (listed.get(handle) ?? []).filter(isGone);
+    for (const field of controls) {
+      const heir = handles.has(field) ? -1 : left.findIndex((each) => marks.get(each) === markOfField(field));
+      if (heir >= 0) nameNode(left.splice(heir, 1)[0], field);
+      marks.set(handleOf(field), markOfField(field));
+      listedBy.set(handleOf(field), handle);
+    }
+    listed.set(handle, controls.map(handleOf));
+    return controls;
+  }
+
+  /** The field of a handle, or the one that has taken its place. */
+  function standing(handle) {
+    const number = Number(handle);
+    if (isGone(number) && listedBy.has(number)) controlFacts(listForm(listedBy.get(number)));
+    return nodeOf(number);
+  }
+
+  // --- Facts -------------------------------------------------------------------------------------
+
+  const optionLists = new WeakMap();
+
+  function factsOf(field) {
+    const facts = [
+      handleOf(field),
+      recordedName(nameOf(field), field.form ?? null),
+      typeOf(field),
+      field.value ?? "",
+      field.checked ? 1 : 0,
+      // A picture need not be an attribute's: a style may draw it.
+      dom.attribute(field, "src") ?? (field.type === "image" ? dom.address() : ""),
+    ];
+    const options = field instanceof HTMLSelectElement ? Array.from(field.options) : [];
+    optionLists.set(field, options);
+    facts.push(options.length);
+    for (const option of options) facts.push(option.text, option.value, option.selected ? 1 : 0);
+    return facts;
+  }
+
+  function controlFacts(fields) {
+    const facts = [fields.length];
+    for (const field of fields) facts.push(...factsOf(field));
+    return facts;
+  }
+
+  /** The agent's script in a frame inside; undefined if that is of another origin, by the web's own rules. */
+  function agentInside(index) {
+    try {
+      return window[index].document === null ? undefined : window[index].velmoraAgent;
+    } catch {
+      return undefined;
+    }
+  }
+
+  /**
+   * The frames that can hold a form. A page of today has others by the dozen, for advertisements and
+   * counters; those of a frameset are the page.
+   */
+  function framesThatCount() {
+    const isFrameset = dom.first("frameset") !== null;
+    return Array.from({ length: window.length }, (_, index) => index)
+      .filter((index) => isFrameset || agentInside(index)?.holdsFields());
+  }
+
+  const holdsFields = () => dom.select(kFilledIn).length > 0 || framesThatCount().length > 0;
+
+  /**
+   * The forms to be listed: "only" those of the handles, or all, with those of the handles "first".
+   */
+  function formsInOrder(order, given) {
+    const chosen = given.map((handle) => nodeOf(handle));
+    return order === "only" ? chosen : [...chosen, ...dom.forms().filter((form) => !chosen.includes(form))];
+  }
+
+  const reads = {
+    // A document that is read for one of its forms has no frames to look in first.
+    document: (order, ...given) => {
+      const frames = order === "first" ? [] : framesThatCount();
+      const forms = formsInOrder(order, given);
+      for (const form of forms) marks.set(handleOf(form), markOfForm(form));
+      return [frames.length, ...frames, forms.length, ...forms.flatMap(formFacts)];
+    },
+    form: (handle) => controlFacts(listForm(Number(handle))),
+    tag: (name) => controlFacts(dom.select(name.toLowerCase()).filter((element) => dom.matches(element, kFields))),
+    markup: (order, ...given) => [formsInOrder(order === "only" ? order : "all", given).map(tagOf).join("\n")],
+    frame: (index) => {
+      const agent = agentInside(Number(index));
+      if (agent?.answer === undefined) throw new Error("the frame has no document");
+      return [agent.frameNumber, agent.documentNumber];
+    },
+    // A button that is disabled, and one that has left the page, may come to be of use yet.
+    ready: (handle) => {
+      const button = standing(handle);
+      return [dom.isConnected(button) && !dom.matches(button, ":disabled") ? 1 : 0];
+    },
+  };
+
+  return {
+    reads,
+    standing,
+    agentInside,
+    holdsFields,
+    fieldsOf,
+    controlsOf,
+    nameOf,
+    actionOf,
+    handleOf,
+    optionOf: (field, index) => optionLists.get(field)?.[index],
+    snapshot: (form) => [...formFacts(form), ...controlFacts(controlsOf(form))],
+  };
+})

@@ -1,0 +1,74 @@
+// What the program writes into fields: each as a user's own change, and only if it changes something.
+// The file is one function; given the ways into the document and its forms, it gives the writes that
+// the program asks for.
+(function (dom, forms) {
+  "use strict";
+
+  // Scripts that take a page over when it has been drawn do so at the latest when the user's first key
+  // comes; a change that comes without one is lost to them. No page acts on a key of this name.
+  function press(field, type) {
+    const given = { bubbles: true, cancelable: true, composed: true, key: "Unidentified" };
+    dom.dispatch(field, new KeyboardEvent(type, given));
+  }
+
+  function announceChange(field, inputEvent) {
+    dom.dispatch(field, inputEvent);
+    dom.dispatch(field, new Event("change", { bubbles: true }));
+  }
+
+  const newInput = () => new InputEvent("input", { bubbles: true, composed: true, inputType: "insertText" });
+
+  const writes = {
+    value: (handle, text) => {
+      if (forms.standing(handle).value === text) return;
+      press(forms.standing(handle), "keydown");
+      const field = forms.standing(handle);
+      const before = field.value;
+      // The setter of this world's prototype: a page's own setter on the element is not called, so
+      // that a page which compares old and new value in its handler sees the change.
+      field.value = text;
+      if (field.value === before) return;
+      dom.dispatch(field, newInput());
+      press(field, "keyup");
+      dom.dispatch(field, new Event("change", { bubbles: true }));
+    },
+    check: (handle) => {
+      const field = forms.standing(handle);
+      if (!field.checked) field.click();
+    },
+    select: (handle, index) => {
+      const field = forms.standing(handle);
+      const option = forms.optionOf(field, Number(index));
+      if (option === undefined || option.closest("select") !== field) throw new Error("the option is gone");
+      if (option.selected) return;
+      option.selected = true;
+      announceChange(field, new Event("input", { bubbles: true, composed: true }));
+    },
+  };
+
+  // What was written since the last rest, to be looked at once more.
+  let written = [];
+
+  function write(operation, handle, given) {
+    writes[operation](handle, given);
+    written.push({ operation, handle, given, field: forms.standing(handle) });
+  }
+
+  /** Whether the page has emptied a field since it was written, or put another in its place. */
+  function isLost({ operation, handle, given, field }) {
+    const now = forms.standing(handle);
+    return now !== field || (operation === "value" && now.value === "" && given !== "");
+  }
+
+  return {
+    value: (handle, text) => write("value", handle, text),
+    check: (handle) => write("check", handle),
+    select: (handle, index) => write("select", handle, index),
+    again: () => {
+      for (const { operation, handle, given } of written.splice(0).filter(isLost)) writes[operation](handle, given);
+    },
+    forget: () => {
+      written = [];
+    },
+  };
+})
