@@ -61,9 +61,14 @@ private:
         if (!scripts_.WatchesRequests()) return;
         const auto text = [](const char* value) { return std::string(value ? value : ""); };
         SoupMessageHeaders* headers = webkit_uri_request_get_http_headers(request);
-        const char* mode = headers ? soup_message_headers_get_one(headers, "Sec-Fetch-Mode") : nullptr;
+        const auto header = [&](const char* name) {
+            return text(headers ? soup_message_headers_get_one(headers, name) : nullptr);
+        };
+        // A site without encryption is told no mode; but a page is asked for in words of its own.
+        std::string mode = header("Sec-Fetch-Mode");
+        if (mode.empty() && header("Accept").starts_with("text/html")) mode = "navigate";
         const std::string packed = wire::Pack(
-            {text(webkit_uri_request_get_http_method(request)), text(webkit_uri_request_get_uri(request)), text(mode)});
+            {text(webkit_uri_request_get_http_method(request)), text(webkit_uri_request_get_uri(request)), mode});
         // Not in the middle of the page's own work on it.
         Later([this, packed] { scripts_.Requested(packed); });
     }
