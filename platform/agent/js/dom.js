@@ -6,15 +6,15 @@
 (function (tellFault) {
   "use strict";
 
-  function read(type, name, object) {
-    return Object.getOwnPropertyDescriptor(type.prototype, name).get.call(object);
-  }
+  const getterOf = (type, name) => Object.getOwnPropertyDescriptor(type.prototype, name).get;
+  const read = (type, name, object) => getterOf(type, name).call(object);
 
   const { getAttribute, hasAttribute, matches, closest, querySelector } = Element.prototype;
   const { addEventListener, removeEventListener, dispatchEvent } = EventTarget.prototype;
   const { getElementsByTagName, createElementNS } = Document.prototype;
   const { getRootNode } = Node.prototype;
-  const shadowOf = Object.getOwnPropertyDescriptor(Element.prototype, "shadowRoot").get;
+  const shadowOf = getterOf(Element, "shadowRoot");
+  const isConnected = getterOf(Node, "isConnected");
 
   // A page that opens its document anew (document.open) takes all listeners off it and its window. Those
   // of the agent come back with the new content; one that is there is not added twice.
@@ -55,28 +55,42 @@
     for (const given of keptInside) addEventListener.call(root, ...given);
   }
 
-  function all(root, selector) {
+  function list(root, selector) {
     const type = [Document, Element, DocumentFragment].find((each) => root instanceof each);
-    return Array.from(type.prototype.querySelectorAll.call(root, selector));
+    return type.prototype.querySelectorAll.call(root, selector);
   }
 
-  /** A root and the open shadow roots in it, in the order of their hosts. */
-  function roots(root = document) {
-    const found = [root];
-    for (const element of all(root, "*")) {
-      const shadow = shadowOf.call(element);
-      if (shadow !== null) found.push(...roots(shadow));
+  function shadowsIn(root) {
+    const shadows = [];
+    const elements = list(root, "*");
+    for (let i = 0, count = elements.length; i < count; i += 1) {
+      const shadow = shadowOf.call(elements[i]);
+      if (shadow !== null) shadows.push(shadow, ...shadowsIn(shadow));
     }
-    found.forEach(enter);
-    return found;
+    return shadows;
+  }
+
+  // A long page is gone through once for all that is asked until other scripts can have run.
+  let known = null;
+
+  /** The document and the open shadow roots in it, in the order of their hosts. */
+  function roots() {
+    if (known === null) {
+      known = [document, ...shadowsIn(document)];
+      known.forEach(enter);
+      queueMicrotask(() => {
+        known = null;
+      });
+    }
+    return known;
   }
 
   /** The elements that match, those in open shadow roots included, in the order of the page. */
   function select(selector, root = document) {
-    const found = all(root, selector);
-    if (roots(root).length === 1) return found;
+    const found = list(root, selector);
+    if (roots().length === 1) return Array.from(found);
     const wanted = new Set(found);
-    return all(root, "*").flatMap((element) => {
+    return Array.from(list(root, "*")).flatMap((element) => {
       const shadow = shadowOf.call(element);
       return [...(wanted.has(element) ? [element] : []), ...(shadow === null ? [] : select(selector, shadow))];
     });
@@ -95,7 +109,7 @@
     charset: () => read(Document, "characterSet", document),
     shadowOf: (element) => shadowOf.call(element),
     rootOf: (node) => getRootNode.call(node),
-    isConnected: (node) => read(Node, "isConnected", node),
+    isConnected: (node) => isConnected.call(node),
     first: (selector) => Document.prototype.querySelector.call(document, selector),
     newLink: (owner) => createElementNS.call(owner, "http://www.w3.org/1999/xhtml", "a"),
     isElement: (node) => node instanceof Element,
@@ -108,6 +122,9 @@
     guarded,
     listen: (target, type, listener) => addEventListener.call(target, type, listener),
     unlisten: (target, type, listener) => removeEventListener.call(target, type, listener),
-    dispatch: (element, event) => dispatchEvent.call(element, event),
+    dispatch: (element, event) => {
+      dispatchEvent.call(element, event);
+      known = null;
+    },
   };
 })

@@ -11,38 +11,40 @@
     dom.dispatch(field, new KeyboardEvent(type, given));
   }
 
-  function announceChange(field, inputEvent) {
-    dom.dispatch(field, inputEvent);
-    dom.dispatch(field, new Event("change", { bubbles: true }));
-  }
-
+  const newChange = () => new Event("change", { bubbles: true });
   const newInput = () => new InputEvent("input", { bubbles: true, composed: true, inputType: "insertText" });
 
+  // Each gives the field that was written.
   const writes = {
     value: (handle, text) => {
-      if (forms.standing(handle).value === text) return;
-      press(forms.standing(handle), "keydown");
+      const found = forms.standing(handle);
+      const before = found.value;
+      if (before === text) return found;
+      press(found, "keydown");
       const field = forms.standing(handle);
-      const before = field.value;
       // The setter of this world's prototype: a page's own setter on the element is not called, so
       // that a page which compares old and new value in its handler sees the change.
       field.value = text;
-      if (field.value === before) return;
+      if (field.value === before) return field;
       dom.dispatch(field, newInput());
       press(field, "keyup");
-      dom.dispatch(field, new Event("change", { bubbles: true }));
+      dom.dispatch(field, newChange());
+      return field;
     },
     check: (handle) => {
       const field = forms.standing(handle);
       if (!field.checked) field.click();
+      return field;
     },
     select: (handle, index) => {
       const field = forms.standing(handle);
       const option = forms.optionOf(field, Number(index));
       if (option === undefined || option.closest("select") !== field) throw new Error("the option is gone");
-      if (option.selected) return;
+      if (option.selected) return field;
       option.selected = true;
-      announceChange(field, new Event("input", { bubbles: true, composed: true }));
+      dom.dispatch(field, new Event("input", { bubbles: true, composed: true }));
+      dom.dispatch(field, newChange());
+      return field;
     },
   };
 
@@ -50,8 +52,7 @@
   let written = [];
 
   function write(operation, handle, given) {
-    writes[operation](handle, given);
-    written.push({ operation, handle, given, field: forms.standing(handle) });
+    written.push({ operation, handle, given, field: writes[operation](handle, given) });
   }
 
   /** Whether the page has emptied a field since it was written, or put another in its place. */
