@@ -147,6 +147,8 @@ TEST_F(BrowserDuties, AScriptsQuestionsAreAnsweredByKeyAndHoldNobodyForEver)
 TEST_F(BrowserDuties, TheGuideTakesWhatItCanShowAndFromItsOwnPagesAlone)
 {
     Go("velmora://guide/practice");
+    Press("cmdBack");
+    RunUntil([&] { return Completed().back() == "velmora://guide/"; }, "the page before");
     const Heartbeat heart;
     Start(
         "fetch('answer', {method: 'POST', body: 'a=' + 'x+'.repeat(25000000)})"

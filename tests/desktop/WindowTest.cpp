@@ -278,6 +278,8 @@ TEST_F(MainWindowOnScreen, TheKeyboardReachesAndPressesEverything)
     RunUntil([&] { return IsMarked("Auto Record"); }, "the mark at a menu entry that a key has chosen");
     EXPECT_TRUE(Form().mnuAutoRecord.Checked());
     FocusBecomes("txtUrl");
+    PressKeys(MainWindow(), "alt+p");
+    RunUntil([&] { return IsMarked(Form().mnuPromptFill.Caption); }, "the mark that was there from the start");
 }
 
 TEST_F(MainWindowOnScreen, TheCloseBoxIsExitWhateverIsOpen)
