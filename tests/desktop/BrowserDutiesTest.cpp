@@ -220,6 +220,20 @@ TEST_F(BrowserDuties, NoSiteGetsWhatNeedsLeaveWithoutAYes)
     Show("/paste.html", "<p onclick='navigator.clipboard.readText().then(text => document.title = text)'>paste</p>");
     Click("p");
     Await("document.title", "copied");
+    // A window that is closed under its question gets nothing, and its opener stays.
+    server_.Page("/asks.html", "<body onload='navigator.geolocation.getCurrentPosition(() => 1)'>");
+    server_.Page("/opener.html", "<title>stands</title><p onclick=\"w = window.open('/asks.html')\">open</p>");
+    Go(server_.Url("/opener.html", "localhost"));
+    Expect({.text = "Pop-up window is required, do you want to block pop-up?", .button = "No"});
+    Expect({.text = "The site " + server_.Url("", "localhost") + " wants to know where you are. Do you allow it?",
+            .button = "Yes",
+            .before = [&] {
+                Script("w.close(); 1");
+                RunUntil([] { return !OpenWindow("Popup"); }, "the window's end");
+            }});
+    Click("p");
+    RunUntil([&] { return AllAnswered(); }, "the questions");
+    EXPECT_EQ(Script("document.title"), "stands");
 }
 
 TEST_F(BrowserDuties, CookiesAndSiteStorageLastFromRunToRun)

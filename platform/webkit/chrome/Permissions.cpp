@@ -76,14 +76,18 @@ void Permissions::AskNext()
 
 bool Permissions::IsGranted(const Wish& wish)
 {
-    // The view may show another site by now, when it is asked or when the answer comes.
-    if (StandingSite(wish.view.get()) != wish.site) return false;
+    // The view may show another site by now, when it is asked or when the answer comes, or its window may be
+    // closed: a leave for a page that is gone takes down the web process, and the other pages there with it.
+    const auto stillAsks = [&] {
+        return gtk_widget_get_root(GTK_WIDGET(wish.view.get())) && StandingSite(wish.view.get()) == wish.site;
+    };
+    if (!stillAsks()) return false;
     const std::string key = wish.site + " " + wish.text;
     if (refused_.count(key) > 0) return false;
     const Answer answer = dialogs_.MsgBox("The site " + wish.site + " wants to " + wish.text + ". Do you allow it?",
                                           Buttons::CautiousYesNo, Icon::Exclamation);
     if (answer != Answer::Yes) refused_.insert(key);
-    return answer == Answer::Yes && StandingSite(wish.view.get()) == wish.site;
+    return answer == Answer::Yes && stillAsks();
 }
 
 }  // namespace velmora
