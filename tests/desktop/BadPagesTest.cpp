@@ -56,6 +56,12 @@ TEST_F(BadPages, AWebProcessThatDiesInTheMiddleOfAReadFailsTheReadAndIsTold)
     EXPECT_THROW(element->SetValue("x"), DocumentError);
     EXPECT_THROW(Form().wbMyBrowser.Document()->InnerHtml(), DocumentError);
     AwaitExplanation();
+    bool hasEnded = false;
+    const auto note = +[](WebKitWebView*, WebKitWebProcessTerminationReason, bool* flag) { *flag = true; };
+    g_signal_connect_after(Engine().View(), "web-process-terminated", G_CALLBACK(note), &hasEnded);
+    webkit_web_view_terminate_web_process(Engine().View());
+    RunUntil([&] { return hasEnded; }, "the end of the explanation");
+    EXPECT_FALSE(webkit_web_view_is_loading(Engine().View())) << "it would end again, and again";
     ExpectGoWorks();
 }
 

@@ -12,6 +12,10 @@ namespace {
 // Where a view whose process is being ended goes next.
 constexpr char kNext[] = "velmora-next";
 
+// The load that tells of a process that ended: it is to begin, or the last one that began.
+constexpr char kTelling[] = "velmora-telling";
+enum Telling : guint { kNone, kToBegin, kBegun };
+
 void ShowFailure(WebKitWebView* view, const char* address, const std::string& reason)
 {
     const std::string failed = address ? address : "";
@@ -38,10 +42,13 @@ bool OnBadCertificate(WebKitWebView* view, const char* uri)
 void OnTerminated(WebKitWebView* view)
 {
     const std::string next = OwnedText(static_cast<char*>(g_object_steal_data(G_OBJECT(view), kNext)));
-    if (next.empty()) {
+    // Where a process ends over telling that, another would end in the same way, and so on.
+    const bool isTelling = g_object_get_data(G_OBJECT(view), kTelling) != nullptr;
+    if (next.empty() && !isTelling) {
+        g_object_set_data(G_OBJECT(view), kTelling, GUINT_TO_POINTER(kToBegin));
         ShowFailure(view, webkit_web_view_get_uri(view),
                     "The page stopped working and was closed. Press Go to load it again.");
-    } else {
+    } else if (!next.empty()) {
         webkit_web_view_load_uri(view, next.c_str());
     }
 }
@@ -49,6 +56,9 @@ void OnTerminated(WebKitWebView* view)
 void OnLoadChanged(WebKitWebView* view, WebKitLoadEvent event)
 {
     if (event == WEBKIT_LOAD_COMMITTED) g_object_set_data(G_OBJECT(view), kNext, nullptr);
+    if (event != WEBKIT_LOAD_STARTED) return;
+    const bool isTelling = g_object_get_data(G_OBJECT(view), kTelling) == GUINT_TO_POINTER(kToBegin);
+    g_object_set_data(G_OBJECT(view), kTelling, GUINT_TO_POINTER(isTelling ? kBegun : kNone));
 }
 
 }  // namespace
