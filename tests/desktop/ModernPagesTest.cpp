@@ -81,19 +81,20 @@ TEST_F(ModernPages, ASubmissionByThePagesScriptIsRecordedAsTheUserSentIt)
                  "<form action='to.cgi' method='post' onsubmit='event.preventDefault(); fetch(this.action,"
                  "{method: \"POST\", body: new URLSearchParams(new FormData(this))}); this.reset()'>"
                  "<input name='a'><select name='s'><option value='1'>One<option value='2'>Two</select>"
+                 "<datalist><input name='d' value='1'></datalist><input type='hidden' name='h'>"
                  "<input type='submit' name='go' value='Send'></form>");
     Press("cmdRecord");
     Go(server_.Url("/form.html"));
     for (const std::string text : {"first", "second"}) {
         Type("[name=a]", text);
-        Script("document.querySelector('[name=s]').selectedIndex = 1; 1");
+        Script("document.forms[0].s.selectedIndex = 1; document.forms[0].h.value = 'half \\ud83d'; 1");
         Expect({.text = kRecordQuestion, .button = "No"});
         Click("[type=submit]");
         RunUntil([&] { return AllAnswered() && !Form().Timer1.Enabled(); }, "the record of " + text);
     }
     ASSERT_EQ(Form().ListView1.Count(), 2);
     const ListItem& row = Form().ListView1.Item(2);
-    EXPECT_EQ(row.SubItem("Postdata"), "a=second&s=Two&go=Send");
+    EXPECT_EQ(row.SubItem("Postdata"), "a=second&s=Two&d=1&h=half+%EF%BF%BD&go=Send");
     EXPECT_EQ(row.SubItem("Action"), server_.Url("/to.cgi"));
     EXPECT_EQ(row.SubItem("Url"), server_.Url("/form.html"));
 
@@ -103,7 +104,7 @@ TEST_F(ModernPages, ASubmissionByThePagesScriptIsRecordedAsTheUserSentIt)
     Form().SSTab1.Tab = 0;
     Go(server_.Url("/form.html"));
     RunUntil([&] { return !server_.Bodies("/to.cgi").empty(); }, "the script's request");
-    EXPECT_THAT(server_.Bodies("/to.cgi"), ElementsAre("a=first&s=2"));
+    EXPECT_THAT(server_.Bodies("/to.cgi"), ElementsAre("a=first&s=2&d=1&h="));
     EXPECT_EQ(Form().ListView1.Count(), 1);
 }
 

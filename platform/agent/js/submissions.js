@@ -54,8 +54,9 @@
   function entriesOf(form, submitter) {
     const controls = forms.fieldsOf(form);
     if (submitter?.type === "image") controls.push(submitter);
-    const counts = (control) => !control.matches(":disabled") && control.closest("datalist") === null;
-    return controls.filter(counts).flatMap((control) => controlEntries(control, submitter, encodingOf(form)));
+    const counts = (control) => !control.matches(":disabled");
+    return controls.filter(counts).flatMap((control) => controlEntries(control, submitter, encodingOf(form)))
+      .map((pair) => pair.map((text) => text.toWellFormed()));
   }
 
   /** What of a form's entries tells that an address carries them. */
