@@ -13,7 +13,8 @@ constexpr char kEncodings[] =
     "UTF-8 UTF-16LE UTF-16BE windows-1250 windows-1251 windows-1252 windows-1253 windows-1254 windows-1255 "
     "windows-1256 windows-1257 windows-1258 windows-874 ISO-8859-2 ISO-8859-3 ISO-8859-4 ISO-8859-5 ISO-8859-6 "
     "ISO-8859-7 ISO-8859-8 ISO-8859-8-I ISO-8859-10 ISO-8859-13 ISO-8859-14 ISO-8859-15 ISO-8859-16 KOI8-R KOI8-U "
-    "macintosh IBM866 x-mac-cyrillic x-user-defined Shift_JIS EUC-JP ISO-2022-JP EUC-KR GBK gb18030 Big5";
+    "macintosh IBM866 x-mac-cyrillic x-user-defined Shift_JIS EUC-JP ISO-2022-JP EUC-KR GBK gb18030 Big5 "
+    "hz-gb-2312,Big5";
 
 // All characters up to U+FFFF and some beyond, in a row; and some by themselves, since an encoding with
 // states sends them otherwise.

@@ -4,9 +4,13 @@
 (function (dom, parts, acts) {
   "use strict";
 
+  // Encodings that the engine knows by name only: what a form sends in one goes out in UTF-8.
+  const kReplaced = /^(csiso2022kr|hz-gb-2312|iso-2022-(cn|cn-ext|kr)|replacement)$/i;
+
   function encodingOf(form) {
     const labels = form === null ? null : dom.attribute(form, "accept-charset");
     for (const label of labels?.split(/[ \t\n\f\r,]+/) ?? []) {
+      if (kReplaced.test(label)) return "replacement";
       try {
         return new TextDecoder(label).encoding;
       } catch {
@@ -33,7 +37,7 @@
    */
   function recordedName(name, form) {
     if (/^[ -*,-~]*$/.test(name)) return name;
-    const sent = formBody(form, [[name, ""]]).slice(0, -1);
+    const sent = formBody(form, [[name.toWellFormed(), ""]]).slice(0, -1);
     const bytes = sent.replace(/\+|%2B/g, " ").replace(/%(..)/g, (_, hex) => String.fromCharCode(parseInt(hex, 16)));
     return codePage.decode(Uint8Array.from(bytes, (byte) => byte.charCodeAt(0)));
   }
