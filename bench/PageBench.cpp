@@ -51,8 +51,11 @@ std::string FillScript(int recorded)
 {
     return R"((() => {
         const start = performance.now();
+        const press = (e, type) => e.dispatchEvent(
+            new KeyboardEvent(type, { bubbles: true, cancelable: true, composed: true, key: "Unidentified" }));
         const fire = (e) => {
             e.dispatchEvent(new InputEvent("input", { bubbles: true, composed: true, inputType: "insertText" }));
+            if (e.select) press(e, "keyup");
             e.dispatchEvent(new Event("change", { bubbles: true }));
         };
         const values = ["some text", "secret", "two\nlines", "two", "b", "yes"];
@@ -62,7 +65,7 @@ std::string FillScript(int recorded)
            std::to_string(recorded) + R"(;
             if (["text", "password", "textarea"].includes(e.type)) {
                 const text = known ? values[i % 6] : "";
-                if (e.value !== text) { e.value = text; fire(e); }
+                if (e.value !== text) { press(e, "keydown"); e.value = text; fire(e); }
             } else if (e.type === "select-one" && known) {
                 const option = [...e.options].find((o) => o.text === values[3]);
                 if (!option.selected) { option.selected = true; fire(e); }
