@@ -51,7 +51,8 @@ public:
     /// A navigation that was announced ended without a document: a download, an answer without a page, a
     /// load that was broken off, a place in the page that is shown.
     Event<> NavigationEnded;
-    /// The user goes on with a document (and its address) that stayed after something was sent with it.
+    /// The user goes on with a document (and its address) that stayed after something was sent with it, or
+    /// to which a form has come.
     /// Comes before the BeforeNavigate2 of what is sent next.
     Event<BrowserObject&, const std::string&> DocumentResumed;
     /// Forms have come into a document that had finished. Its DocumentComplete follows, about them alone.

@@ -226,7 +226,7 @@ void BrowserEvents::Resume(const PageAction& action, const std::string& url)
     if (!sender) return;
     const bool hasStayed = sender->userActs && action.userActs > *sender->userActs;
     sender->userActs = action.userActs;
-    if (!hasStayed) return;
+    if (!hasStayed && !action.isNews) return;
     PageFrame frame(action.place);
     control_.DocumentResumed.Raise(frame, url.empty() ? sender->url : url);
 }

@@ -71,7 +71,8 @@ private:
     void HandleNext();
     void HandleNavigation(const Navigation& navigation);
     void HandleSubmission(const PageSubmission& submission);
-    /// Announces what the user sends with a document from which something was sent before, which stayed.
+    /// Announces what the user sends with a document from which something was sent before, which stayed, or
+    /// with a form that has come to it.
     void Resume(const PageAction& action, const std::string& url);
     bool Waits(Kind kind) const;
     /// Whether a document is gone. What a page says of its end comes too late where it can be told.

@@ -19,6 +19,7 @@ struct PageAction {
     std::string body;            ///< Of a post, in the default encoding whatever the form's own is.
     std::uint64_t userActs = 0;  ///< Keys and buttons that the user has pressed in the document so far.
     std::string form;            ///< The handle of the form.
+    bool isNews = false;         ///< The form came to its document after that had finished, and was not told of.
     bool staysHere = false;      ///< A link into the document that holds it.
 };
 

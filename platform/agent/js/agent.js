@@ -136,10 +136,13 @@
     return goesOut ? lastSubmit.event.submitter : null;
   }
 
+  /** What the program is told of a form that goes out, and whether it has not been told of the form before. */
+  const describeSent = (form, ...rest) => [...describe(form, ...rest), settling.isNews(form) ? 1 : 0];
+
   let lastFacts = { formData: null, packed: "" };
 
   const tellFormData = dom.guarded((event) => {
-    const facts = describe(event.target, submitterOf(event.target), event.formData, false);
+    const facts = describeSent(event.target, submitterOf(event.target), event.formData, false);
     if (facts[1] === "dialog") return; // closes a dialog of the page, goes nowhere
     facts.push(forms.handleOf(event.target));
     const packed = pack(facts);
@@ -180,7 +183,7 @@
 
   const submissions = parts.submissions(dom, {
     encodingOf,
-    describe,
+    describe: describeSent,
     forms,
     tell: (facts) => tell("submitted", facts),
     clock,

@@ -12,7 +12,7 @@
   const { getAttribute, hasAttribute, matches, closest, querySelector } = Element.prototype;
   const { addEventListener, removeEventListener, dispatchEvent } = EventTarget.prototype;
   const { getElementsByTagName, createElementNS } = Document.prototype;
-  const { getRootNode } = Node.prototype;
+  const { getRootNode, compareDocumentPosition } = Node.prototype;
   const shadowOf = getterOf(Element, "shadowRoot");
   const isConnected = getterOf(Node, "isConnected");
 
@@ -119,6 +119,8 @@
     matches: (element, selector) => matches.call(element, selector),
     closest: (element, selector) => closest.call(element, selector),
     find: (element, selector) => querySelector.call(element, selector),
+    findAll: (element, selector) => list(element, selector),
+    precedes: (a, b) => (compareDocumentPosition.call(a, b) & Node.DOCUMENT_POSITION_FOLLOWING) !== 0,
     guarded,
     listen: (target, type, listener) => addEventListener.call(target, type, listener),
     unlisten: (target, type, listener) => removeEventListener.call(target, type, listener),

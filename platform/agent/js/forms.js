@@ -40,8 +40,21 @@
     return isButton ? "submit" : field.type ?? "";
   }
 
+  /** The custom elements that give a form their data only when it goes out: the engine does not list them. */
+  function unlistedOf(form) {
+    const isOwn = (element) => element.localName.includes("-") && dom.shadowOf(element) !== null;
+    return Array.from(dom.findAll(form, "[name],[type=submit]")).filter(isOwn);
+  }
+
+  function elementsOf(form) {
+    const listed = Array.from(dom.read(HTMLFormElement, "elements", form));
+    const unlisted = dom.roots().length === 1 ? [] : unlistedOf(form).filter((element) => !listed.includes(element));
+    if (unlisted.length === 0) return listed;
+    return [...listed, ...unlisted].sort((a, b) => (dom.precedes(a, b) ? -1 : 1));
+  }
+
   function fieldsOf(form) {
-    return Array.from(dom.read(HTMLFormElement, "elements", form))
+    return elementsOf(form)
       .map((element) => fieldOf(element, form))
       .filter((field) => field !== undefined);
   }

@@ -1,6 +1,6 @@
 // When a document counts as finished. The file is one function; given the ways into the document and
 // what the agent has for it, it gives what the agent calls when the document has loaded, when its address
-// may have moved, when the page makes a request and when the user does something.
+// may have moved, when the page makes a request, when the user does something and when a form goes out.
 //
 //   clock: one that the page cannot stop
 //   forms: the forms of the document
@@ -105,7 +105,10 @@
     arrivals.disconnect();
     watch(false);
     toldAddress = dom.address();
-    known = dom.forms().map(sketch);
+    known = dom.forms().map(sketch).filter(hasNames);
+    // A document's first form needs nobody to open it.
+    hasActed = known.length === 0;
+    if (hasActed) watchForms();
     tell([]);
   }
 
@@ -122,16 +125,20 @@
 
   // --- Forms that come later ---------------------------------------------------------------------
 
-  // The forms that the program has been told of, and what the user has done since.
+  // The forms that the program has been told of, and whether it may be told of another: once for each time
+  // that the user does something, so that no page is filled over and over by itself.
   let known = [];
   let hasActed = false;
   let laterChanges = null;
 
   /** What tells a form from another: the form, where it goes and the names of what is filled in. */
   function sketch(form) {
-    const fields = forms.controlsOf(form).filter((field) => field.type !== "hidden");
-    return { form: new WeakRef(form), text: [forms.actionOf(form), ...fields.map(forms.nameOf)] };
+    const isFilledIn = (field) => !["hidden", "submit", "button", "reset"].includes(field.type);
+    const names = forms.controlsOf(form).filter(isFilledIn).map(forms.nameOf);
+    return { form: new WeakRef(form), text: [forms.actionOf(form), ...names] };
   }
+
+  const hasNames = ({ text }) => text.length > 1;
 
   /**
    * Whether one form is another that was told before. A page draws a form anew to show it with other
@@ -149,7 +156,7 @@
     for (const now of dom.forms().map(sketch)) {
       const before = known.find((each) => isSame(now, each));
       if (before !== undefined) Object.assign(before, now);
-      else if (now.text.length > 1) unknown.push(now);
+      else if (hasNames(now)) unknown.push(now);
     }
     if (unknown.length === 0 || !hasActed) return;
     hasActed = false;
@@ -157,24 +164,39 @@
     tell(unknown.map(({ form }) => form.deref()));
   }
 
+  /** Whether a form goes out that the user has filled in before it was looked for. */
+  function isNews(form) {
+    const now = sketch(form);
+    if (toldAddress === null || !hasActed || known.some((before) => isSame(now, before))) return false;
+    clock.after(0, () => known.push(now));
+    return true;
+  }
+
   function lookWhenRested() {
     if (stopWaiting !== null) return;
-    for (const root of dom.roots()) laterChanges.observe(root, { subtree: true, childList: true });
+    watchForms();
     whenRested(() => false, look);
+  }
+
+  function watchForms() {
+    laterChanges ??= new MutationObserver((records) => {
+      if (concernsForms(records)) lookWhenRested();
+    });
+    for (const root of dom.roots()) laterChanges.observe(root, { subtree: true, childList: true });
   }
 
   /** What a page of today draws because of the user may hold a form: it is looked for from here on. */
   function acted() {
     if (toldAddress === null) return;
     hasActed = true;
-    laterChanges ??= new MutationObserver((records) => {
-      if (concernsForms(records)) lookWhenRested();
-    });
     lookWhenRested();
   }
 
   arrivals.observe({ type: "resource" });
   watch(true);
 
-  return { loaded, moved, acted, requested, isFinished: () => toldAddress !== null || dom.address() === "about:blank" };
+  // The empty document with which a frame begins may never finish.
+  const isFinished = () => toldAddress !== null || dom.address() === "about:blank";
+
+  return { loaded, moved, acted, requested, isNews, isFinished };
 })

@@ -28,7 +28,7 @@ PageAction ReadFormAction(wire::Reader& reader, const PagePlace& place)
     PageAction form;
     form.isForm = true;
     form.place = place;
-    reader.Read(form.url, form.method, form.target, form.body, form.userActs);
+    reader.Read(form.url, form.method, form.target, form.body, form.userActs, form.isNews);
     if (form.body.size() > kLongestBody) form.body.clear();
     return form;
 }
