@@ -189,8 +189,12 @@ void BrowserEvents::HandleNavigation(const Navigation& navigation)
     // What a record is made of is the form that was sent, not another that goes to the same address.
     const bool isForm = navigation.cause && navigation.cause->isForm;
     PageFrame frame(place, isForm ? FormOrder{FormOrder::Kind::First, {navigation.cause->form}} : FormOrder{});
-    BeforeNavigate2Event event{
-        .pDisp = frame, .URL = navigation.url, .TargetFrameName = {}, .PostData = {}, .Headers = navigation.headers};
+    // A form's address is compared with actions, which have no fragment.
+    BeforeNavigate2Event event{.pDisp = frame,
+                               .URL = isForm ? WithoutFragment(navigation.url) : navigation.url,
+                               .TargetFrameName = {},
+                               .PostData = {},
+                               .Headers = navigation.headers};
     if (navigation.cause) {
         event.TargetFrameName = navigation.cause->target;
         event.PostData = navigation.cause->body;
@@ -204,8 +208,11 @@ void BrowserEvents::HandleSubmission(const PageSubmission& submission)
 {
     const PageAction& action = submission.action;
     SubmittedFrame frame(action.place, submission.form);
-    BeforeNavigate2Event event{
-        .pDisp = frame, .URL = action.url, .TargetFrameName = action.target, .PostData = {}, .Headers = {}};
+    BeforeNavigate2Event event{.pDisp = frame,
+                               .URL = WithoutFragment(action.url),
+                               .TargetFrameName = action.target,
+                               .PostData = {},
+                               .Headers = {}};
     if (action.method == "post") {
         event.PostData = action.body;
     } else {

@@ -95,7 +95,7 @@ TEST_F(DocumentModel, ActionsAndMarkupAreSpelledAsTheyAreAnnounced)
 {
     const auto document = Show(
         "<form action='/bin/login.asp?a=1&amp;b=2' id=login method=post></form><form></form>"
-        "<form action='two words.cgi'></form><form action=x.cgi id=shadowed><input name=action></form>"
+        "<form action='two words.cgi#a'></form><form action=x.cgi id=shadowed><input name=action></form>"
         "<form action=y.cgi><input type=image name=action></form>"
         "<form action='/shop/?page=2'></form><form action='/shop/?page=2' method=post></form>"
         "<form action=a.cgi id=f><input name=elements><input name=length><input name=id><input name=document>"

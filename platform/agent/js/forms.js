@@ -77,21 +77,20 @@
   /** Whether an action as it is written says enough to be known again: by the file that takes the form. */
   function namesFile(written) {
     const file = written.split("?", 1)[0].split("/").at(-1);
-    return file !== "" && !file.startsWith("#") && file !== "." && file !== "..";
+    return file !== "" && file !== "." && file !== "..";
   }
 
   /**
-   * A form's action as the page spells it, as far as it names a file and the engine announces it in the
-   * same way; otherwise the address that is announced. A form without an action goes to the document's
-   * own address.
+   * A form's action without its fragment, as the page spells it, as far as it names a file and the engine
+   * announces it in the same way; otherwise the address that is announced. A form without an action goes
+   * to the document's own address.
    */
   function spelledAction(form) {
-    const written = (dom.attribute(form, "action") ?? "").trim();
+    const [written] = (dom.attribute(form, "action") ?? "").trim().split("#", 1);
     const isSpelledSo = /^[\w!#$%&()*+,./:;=?@[\]~-]*$/.test(written);
     if (isSpelledSo && namesFile(written)) return written;
-    const address = dom.read(HTMLFormElement, "action", form);
-    if (written !== "" && namesFile(written)) return forTag(address);
-    const [whole] = address.split("#", 1);
+    const [whole] = dom.read(HTMLFormElement, "action", form).split("#", 1);
+    if (namesFile(written)) return forTag(whole);
     // The fields of a get form take the place of the query; only a file's name would tell all the same.
     const isReplaced = dom.read(HTMLFormElement, "method", form) === "get" && !namesFile(whole);
     return forTag(isReplaced ? whole.split("?", 1)[0] : whole);
