@@ -1,3 +1,5 @@
+#include <exception>
+
 #include "platform/text/Search.h"
 #include "shell/frmBrowser.h"
 
@@ -28,6 +30,25 @@ void frmBrowser::cmdFill_Click()
     txtUrl.Text = record.Url;
     cmdPlayback_Click();
     AutoHideRecords();
+}
+
+bool frmBrowser::HasRecordFor(BrowserObject& pDisp, const std::string& URL)
+{
+    try {
+        const auto document = pDisp.Document();
+        for (int i = 1; i <= lvwPermanent.Count(); ++i) {
+            const ListItem& row = lvwPermanent.Item(i);
+            if (!EqualIgnoringCase(row.SubItem("Url"), URL) || row.SubItem("Type") != kTypeForm) continue;
+            for (int j = 0; j < document->FormsLength(); ++j) {
+                std::string recorded = row.SubItem("Action");
+                std::string action = document->Forms(j)->Action();
+                if (action == "[object]" || UrlsMatch(recorded, action)) return true;
+            }
+        }
+    } catch (const std::exception&) {
+        // A document that cannot be read is not filled either.
+    }
+    return false;
 }
 
 void frmBrowser::PlayDocument(BrowserObject& pDisp, const std::string& URL)

@@ -46,10 +46,10 @@ void frmBrowser::wbMyBrowser_DocumentResumed(BrowserObject& pDisp, const std::st
     CollectFormActions(pDisp, URL, glngNoOfFormAction, gstrFormActionPage, gstrFormAction);
 }
 
-void frmBrowser::wbMyBrowser_FormsAdded()
+void frmBrowser::wbMyBrowser_FormsAdded(BrowserObject& pDisp, const std::string& URL)
 {
-    // The address was handled for the sake of other forms.
-    gstrLastFilledUrl.clear();
+    // The address was handled for the sake of other forms. Nobody is asked about forms that no record is for.
+    gstrLastFilledUrl = HasRecordFor(pDisp, URL) ? "" : URL;
 }
 
 void frmBrowser::EnableBookmark() { cmdBookmark.Enabled = strLastUrl != "about:blank" && !strLastUrl.empty(); }

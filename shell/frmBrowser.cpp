@@ -112,7 +112,8 @@ void frmBrowser::ConnectEvents()
     wbMyBrowser.DocumentComplete.Add(
         [this](BrowserObject& pDisp, const std::string& URL) { wbMyBrowser_DocumentComplete(pDisp, URL); });
     wbMyBrowser.NavigationEnded.Add([this] { wbMyBrowser_NavigationEnded(); });
-    wbMyBrowser.FormsAdded.Add([this] { wbMyBrowser_FormsAdded(); });
+    wbMyBrowser.FormsAdded.Add(
+        [this](BrowserObject& pDisp, const std::string& URL) { wbMyBrowser_FormsAdded(pDisp, URL); });
     wbMyBrowser.DocumentResumed.Add(
         [this](BrowserObject& pDisp, const std::string& URL) { wbMyBrowser_DocumentResumed(pDisp, URL); });
     wbMyBrowser.NewWindow2.Add([this](bool& Cancel) { wbMyBrowser_NewWindow2(Cancel); });

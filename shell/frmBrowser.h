@@ -70,8 +70,9 @@ public:
     /// Nothing came of a navigation: the status line goes back to the document that stands.
     void wbMyBrowser_NavigationEnded();
     /// Notes the forms of a document that stayed once more.
-    void wbMyBrowser_FormsAdded();
     void wbMyBrowser_DocumentResumed(BrowserObject& pDisp, const std::string& URL);
+    /// Lets the playback look at an address again if one of its records is for a form that has come.
+    void wbMyBrowser_FormsAdded(BrowserObject& pDisp, const std::string& URL);
     void wbMyBrowser_CommandStateChange(int Command, bool Enable);
     void Timer1_Timer();
     void cmdBack_Click();
@@ -200,6 +201,8 @@ public:
 
     void cmdPlayback_Click();
     void cmdFill_Click();
+    /// Whether a permanent record of the address goes to where a form of the document goes.
+    bool HasRecordFor(BrowserObject& pDisp, const std::string& URL);
     /// Fills the finished document from the first permanent record of its address.
     void PlayDocument(BrowserObject& pDisp, const std::string& URL);
     /// Clicks the first image button after a recorded text field, or tells the user to click.

@@ -55,8 +55,9 @@ public:
     /// to which a form has come.
     /// Comes before the BeforeNavigate2 of what is sent next.
     Event<BrowserObject&, const std::string&> DocumentResumed;
-    /// Forms have come into a document that had finished. Its DocumentComplete follows, about them alone.
-    Event<> FormsAdded;
+    /// Forms have come into a document (and its address) that had finished. Its DocumentComplete follows,
+    /// about them alone.
+    Event<BrowserObject&, const std::string&> FormsAdded;
     /// Set true to refuse the window. True from the start: the browser has refused it already, since the
     /// user could not be asked.
     Event<bool&> NewWindow2;

@@ -114,6 +114,8 @@ void BrowserEvents::NoteUserAct()
 {
     refusals_ = 0;
     time_->sinceAct = {};
+    lastFinished_.clear();
+    for (Sender& sender : senders_) sender.isRepeated = false;
 }
 
 // --- What waits -----------------------------------------------------------------------------------
@@ -156,19 +158,21 @@ void BrowserEvents::ForgetFinished(const wire::DocumentName& document)
 void BrowserEvents::Complete(const PagePlace& place, const std::string& url, const std::vector<std::string>& laterForms)
 {
     const PageTurn turn(place);
+    Sender* known = Find(place.document);
     if (!laterForms.empty()) {
         PageFrame frame(place, {FormOrder::Kind::Only, laterForms});
-        control_.FormsAdded.Raise();
+        // A page that answers a form at its own address must not be filled for ever.
+        if (known && !known->isRepeated) control_.FormsAdded.Raise(frame, url);
         control_.DocumentComplete.Raise(frame, url);
         return;
     }
     isAwaited_ = false;
-    if (Sender* const known = Find(place.document)) {
-        known->url = url;
-    } else {
-        senders_.push_back({place.document, url, {}});
-        if (senders_.size() > kMostSenders) senders_.pop_front();
+    if (!known) {
+        if (senders_.size() == kMostSenders) senders_.pop_front();
+        known = &senders_.emplace_back(Sender{place.document, {}, {}});
     }
+    known->url = url;
+    known->isRepeated = std::exchange(lastFinished_, url) == url;
     PageFrame frame(place);
     control_.DocumentComplete.Raise(frame, url);
 }

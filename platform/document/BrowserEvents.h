@@ -97,9 +97,11 @@ private:
         wire::DocumentName document;
         std::string url;
         std::optional<std::uint64_t> userActs;
+        bool isRepeated = false;  ///< Its address had just finished before, without an act of the user since.
     };
     Sender* Find(const wire::DocumentName& document);
     std::deque<Sender> senders_;
+    std::string lastFinished_;  ///< The address of the last document that finished since the user's last act.
 
     wire::DocumentName lastSender_;  ///< The document that last navigated by a form, and when.
     std::uint64_t lastSent_ = 0;     ///< In milliseconds since 1970.

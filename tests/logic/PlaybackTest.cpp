@@ -109,7 +109,7 @@ TEST_F(Playback, AFilledFormIsNotCapturedAndTheNextPagesRecordPlaysInItsTurn)
     EXPECT_EQ(Journal(), both);
     // The same address again is passed over, until a form comes that was not there before.
     for (const bool isNew : {false, true}) {
-        if (isNew) Program().wbMyBrowser.FormsAdded.Raise();
+        if (isNew) Program().wbMyBrowser.FormsAdded.Raise(*Engine().Page, "http://h/check.cgi");
         Program().wbMyBrowser.DocumentComplete.Raise(*Engine().Page, "http://h/check.cgi");
         EXPECT_EQ(Journal(), isNew ? (Lines{"city := Bonn", "click on"}) : Lines{});
     }

@@ -112,7 +112,7 @@
     dom.keep(type, (event) => {
       if (!event.isTrusted) return;
       acts += 1;
-      event.composedPath().filter((node) => node instanceof ShadowRoot).forEach(dom.enter);
+      event.composedPath().filter(dom.isShadowRoot).forEach(dom.enter);
       settling.acted();
     });
   }

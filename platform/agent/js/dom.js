@@ -15,6 +15,15 @@
   const { getRootNode, compareDocumentPosition } = Node.prototype;
   const shadowOf = getterOf(Element, "shadowRoot");
   const isConnected = getterOf(Node, "isConnected");
+  const nodeType = getterOf(Node, "nodeType");
+  const localName = getterOf(Element, "localName");
+  const namespace = getterOf(Element, "namespaceURI");
+
+  // What a page has moved here out of a frame has the prototypes of that frame: a node is told by its
+  // kind, never by `instanceof`.
+  const isElement = (node) => nodeType.call(node) === Node.ELEMENT_NODE;
+  const isForm = (element) =>
+    localName.call(element) === "form" && namespace.call(element) === "http://www.w3.org/1999/xhtml";
 
   // A page that opens its document anew (document.open) takes all listeners off it and its window. Those
   // of the agent come back with the new content; one that is there is not added twice.
@@ -56,18 +65,18 @@
   }
 
   function list(root, selector) {
-    const type = [Document, Element, DocumentFragment].find((each) => root instanceof each);
-    return type.prototype.querySelectorAll.call(root, selector);
+    const type = { [Node.DOCUMENT_NODE]: Document, [Node.ELEMENT_NODE]: Element }[nodeType.call(root)];
+    return (type ?? DocumentFragment).prototype.querySelectorAll.call(root, selector);
   }
 
-  function shadowsIn(root) {
-    const shadows = [];
+  function addRoots(root, found) {
+    found.push(root);
     const elements = list(root, "*");
     for (let i = 0, count = elements.length; i < count; i += 1) {
       const shadow = shadowOf.call(elements[i]);
-      if (shadow !== null) shadows.push(shadow, ...shadowsIn(shadow));
+      if (shadow !== null) addRoots(shadow, found);
     }
-    return shadows;
+    return found;
   }
 
   // A long page is gone through once for all that is asked until other scripts can have run.
@@ -76,7 +85,7 @@
   /** The document and the open shadow roots in it, in the order of their hosts. */
   function roots() {
     if (known === null) {
-      known = [document, ...shadowsIn(document)];
+      known = addRoots(document, []);
       known.forEach(enter);
       queueMicrotask(() => {
         known = null;
@@ -103,7 +112,7 @@
     roots,
     select,
     read,
-    forms: () => select("form").filter((element) => element instanceof HTMLFormElement),
+    forms: () => select("form").filter(isForm),
     scripts: () => read(Document, "scripts", document),
     address: () => read(Document, "URL", document),
     charset: () => read(Document, "characterSet", document),
@@ -112,7 +121,9 @@
     isConnected: (node) => isConnected.call(node),
     first: (selector) => Document.prototype.querySelector.call(document, selector),
     newLink: (owner) => createElementNS.call(owner, "http://www.w3.org/1999/xhtml", "a"),
-    isElement: (node) => node instanceof Element,
+    isElement,
+    isShadowRoot: (node) => node !== window && nodeType.call(node) === Node.DOCUMENT_FRAGMENT_NODE,
+    nameOf: (element) => localName.call(element),
     parentOf: (node) => read(Node, "parentElement", node),
     attribute: (element, name) => getAttribute.call(element, name),
     has: (element, name) => hasAttribute.call(element, name),

@@ -1,6 +1,6 @@
 // The forms of a document as the rules of capture and playback know forms: each with an action and
 // fields that have names. The web of today has more in a form than that, and less; this file makes one
-// of the other, and docs/agent.md says where and why. It is one function; given the ways into the
+// of the other, and docs/document.md says where and why. It is one function; given the ways into the
 // document and what gives a field's name as records have it, it gives the facts that the program reads
 // and the nodes that stand behind the program's handles.
 (function (dom, recordedName) {
@@ -20,7 +20,7 @@
   /** What of a form's element holds the value: itself, or the field inside a custom element. */
   function fieldOf(element, form) {
     if (dom.matches(element, kFields)) return element;
-    if (!element.localName.includes("-")) return undefined;
+    if (!dom.nameOf(element).includes("-")) return undefined;
     const inside = dom.select(kFields, dom.shadowOf(element) ?? element);
     const field = inside.find((each) => dom.matches(each, kFilledIn)) ?? inside[0];
     // A field that belongs to the form itself needs nobody to stand for it.
@@ -36,13 +36,13 @@
 
   function typeOf(field) {
     if (kTextTypes.includes(field.type)) return "text";
-    const isButton = field instanceof HTMLButtonElement && dom.attribute(named(field), "type") === "submit";
+    const isButton = dom.nameOf(field) === "button" && dom.attribute(named(field), "type") === "submit";
     return isButton ? "submit" : field.type ?? "";
   }
 
   /** The custom elements that give a form their data only when it goes out: the engine does not list them. */
   function unlistedOf(form) {
-    const isOwn = (element) => element.localName.includes("-") && dom.shadowOf(element) !== null;
+    const isOwn = (element) => dom.nameOf(element).includes("-") && dom.shadowOf(element) !== null;
     return Array.from(dom.findAll(form, "[name],[type=submit]")).filter(isOwn);
   }
 
@@ -146,11 +146,15 @@
   // fields. A handle goes over from a node that has left the document to the one in its place.
 
   const markOfForm = (form) => spelledAction(form) + "\n" + (dom.attribute(form, "id") ?? "");
-  const markOfField = (field) => typeOf(field) + "\n" + nameOf(field);
+  // Boxes of one name differ in what they send.
+  const valueIn = (field) => (["checkbox", "radio"].includes(field.type) ? field.value : "");
+  const markOfField = (field) => [typeOf(field), nameOf(field), valueIn(field)].join("\n");
 
+  /** Never to a form that was there already: what is written must not land in another. */
   function formOf(handle) {
     if (isGone(handle)) {
-      const successor = dom.forms().find((form) => markOfForm(form) === marks.get(handle));
+      const isNew = (form) => !handles.has(form) && markOfForm(form) === marks.get(handle);
+      const successor = dom.forms().find(isNew);
       if (successor !== undefined) nameNode(handle, successor);
     }
     const form = nodeOf(handle);
@@ -177,13 +181,22 @@
   /** The field of a handle, or the one that has taken its place. */
   function standing(handle) {
     const number = Number(handle);
-    if (isGone(number) && listedBy.has(number)) controlFacts(listForm(listedBy.get(number)));
+    if (isGone(number) && listedBy.has(number)) listForm(listedBy.get(number));
     return nodeOf(number);
   }
 
   // --- Facts -------------------------------------------------------------------------------------
 
-  const optionLists = new WeakMap();
+  // What the program has been told of the options of a list.
+  const toldOptions = new Map();
+
+  const textsOf = (option) => option.text + "\n" + option.value;
+
+  /** The texts of the option that was told under an index. */
+  const toldOption = (handle, index) => toldOptions.get(Number(handle))?.[Number(index)];
+
+  /** An option by its texts, since a page may have drawn its list anew; of several alike the first. */
+  const optionOf = (handle, texts) => Array.from(standing(handle).options).find((each) => textsOf(each) === texts);
 
   function factsOf(field) {
     const facts = [
@@ -195,8 +208,8 @@
       // A picture need not be an attribute's: a style may draw it.
       dom.attribute(field, "src") ?? (field.type === "image" ? dom.address() : ""),
     ];
-    const options = field instanceof HTMLSelectElement ? Array.from(field.options) : [];
-    optionLists.set(field, options);
+    const options = dom.nameOf(field) === "select" ? Array.from(field.options) : [];
+    if (options.length > 0) toldOptions.set(handleOf(field), options.map(textsOf));
     facts.push(options.length);
     for (const option of options) facts.push(option.text, option.value, option.selected ? 1 : 0);
     return facts;
@@ -211,7 +224,9 @@
   /** The agent's script in a frame inside; undefined if that is of another origin, by the web's own rules. */
   function agentInside(index) {
     try {
-      return window[index].document === null ? undefined : window[index].velmoraAgent;
+      const frame = window[index];
+      // An element of that name is no agent.
+      return frame.document !== null && Object.hasOwn(frame, "velmoraAgent") ? frame.velmoraAgent : undefined;
     } catch {
       return undefined;
     }
@@ -270,7 +285,8 @@
     nameOf,
     actionOf,
     handleOf,
-    optionOf: (field, index) => optionLists.get(field)?.[index],
+    toldOption,
+    optionOf,
     snapshot: (form) => [...formFacts(form), ...controlFacts(controlsOf(form))],
   };
 })

@@ -105,11 +105,11 @@
     arrivals.disconnect();
     watch(false);
     toldAddress = dom.address();
+    tell([]);
     known = dom.forms().map(sketch).filter(hasNames);
     // A document's first form needs nobody to open it.
     hasActed = known.length === 0;
     if (hasActed) watchForms();
-    tell([]);
   }
 
   function loaded() {
@@ -126,7 +126,7 @@
   // --- Forms that come later ---------------------------------------------------------------------
 
   // The forms that the program has been told of, and whether it may be told of another: once for each time
-  // that the user does something, so that no page is filled over and over by itself.
+  // that the user does something.
   let known = [];
   let hasActed = false;
   let laterChanges = null;
@@ -147,7 +147,9 @@
   function isSame(now, before) {
     const form = before.form.deref();
     const isInItsPlace = form === undefined || form === now.form.deref() || !dom.isConnected(form);
-    if (isInItsPlace) return now.text.slice(1).some((name) => before.text.indexOf(name, 1) > 0);
+    if (isInItsPlace && (form === now.form.deref() || now.text[0] === before.text[0])) {
+      return now.text.slice(1).some((name) => before.text.indexOf(name, 1) > 0);
+    }
     return now.text.length === before.text.length && now.text.every((text, i) => text === before.text[i]);
   }
 

@@ -5,7 +5,8 @@
   "use strict";
 
   // Scripts that take a page over when it has been drawn do so at the latest when the user's first key
-  // comes; a change that comes without one is lost to them. No page acts on a key of this name.
+  // comes; a change that comes without one is lost to them. Pages that act on certain keys do not act on
+  // one of this name.
   function press(field, type) {
     const given = { bubbles: true, cancelable: true, composed: true, key: "Unidentified" };
     dom.dispatch(field, new KeyboardEvent(type, given));
@@ -36,10 +37,10 @@
       if (!field.checked) field.click();
       return field;
     },
-    select: (handle, index) => {
+    select: (handle, texts) => {
       const field = forms.standing(handle);
-      const option = forms.optionOf(field, Number(index));
-      if (option === undefined || option.closest("select") !== field) throw new Error("the option is gone");
+      const option = forms.optionOf(handle, texts);
+      if (option === undefined) throw new Error("the option is gone");
       if (option.selected) return field;
       option.selected = true;
       dom.dispatch(field, new Event("input", { bubbles: true, composed: true }));
@@ -64,7 +65,7 @@
   return {
     value: (handle, text) => write("value", handle, text),
     check: (handle) => write("check", handle),
-    select: (handle, index) => write("select", handle, index),
+    select: (handle, index) => write("select", handle, forms.toldOption(handle, index)),
     again: () => {
       for (const { operation, handle, given } of written.splice(0).filter(isLost)) writes[operation](handle, given);
     },
