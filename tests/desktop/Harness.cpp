@@ -41,9 +41,9 @@ void Finished(GObject* view, GAsyncResult* result, gpointer data)
 
 }  // namespace
 
-bool RunUntil(const std::function<bool()>& condition, const std::string& what)
+bool ComesTrue(const std::function<bool()>& condition, std::chrono::milliseconds limit)
 {
-    const auto deadline = std::chrono::steady_clock::now() + kLimit;
+    const auto deadline = std::chrono::steady_clock::now() + limit;
     // A tick, so that an iteration ends and the limit is looked at even when nothing happens.
     const guint tick = g_timeout_add(
         10, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
@@ -53,6 +53,12 @@ bool RunUntil(const std::function<bool()>& condition, const std::string& what)
         holds = condition();
     }
     g_source_remove(tick);
+    return holds;
+}
+
+bool RunUntil(const std::function<bool()>& condition, const std::string& what)
+{
+    const bool holds = ComesTrue(condition, kLimit);
     if (!holds) ADD_FAILURE() << "waited in vain for " << what;
     return holds;
 }

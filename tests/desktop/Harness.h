@@ -21,7 +21,9 @@ namespace velmora::test {
 
 constexpr char kRecordQuestion[] = "A temporary record is created, do you want to view/edit it now?";
 
-/// Lets events run until the condition holds. After ten seconds the test fails, with `what` it waited
+/// Lets events run until the condition holds or the time is up, and tells whether it holds.
+bool ComesTrue(const std::function<bool()>& condition, std::chrono::milliseconds limit);
+/// The same, for what has to come. After ten seconds the test fails, with `what` it waited
 /// for, and false comes back.
 bool RunUntil(const std::function<bool()>& condition, const std::string& what);
 
@@ -134,6 +136,8 @@ protected:
     /// Presses the real mouse button over an element, or the real key while an element has the focus.
     void Click(const std::string& selector);
     void Key(const std::string& key);
+    /// Until then the mouse does nothing to a page that has just finished.
+    void WaitUntilDrawn();
     /// Addresses of all documents that have completed in this program.
     const std::vector<std::string>& Completed() const { return completed_; }
     bool WaitForDocument(const std::string& url);
@@ -143,7 +147,6 @@ protected:
     WebServer server_;
 
 private:
-    void WaitUntilDrawn();
     void AnswerOpenQuestion();
     void Answer(Gtk::Window& box);
 

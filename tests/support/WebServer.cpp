@@ -2,6 +2,8 @@
 
 #include <libsoup/soup.h>
 
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <stdexcept>
 
@@ -50,8 +52,10 @@ Request ReadRequest(SoupServerMessage* message)
     GUri* uri = soup_server_message_get_uri(message);
     request.Path = g_uri_get_path(uri);
     if (const char* query = g_uri_get_query(uri)) request.Query = query;
-    const char* type = soup_message_headers_get_one(soup_server_message_get_request_headers(message), "Content-Type");
-    if (type) request.ContentType = type;
+    SoupMessageHeaders* headers = soup_server_message_get_request_headers(message);
+    if (const char* type = soup_message_headers_get_one(headers, "Content-Type")) request.ContentType = type;
+    const char* wanted = soup_message_headers_get_list(headers, "Accept");
+    request.IsPage = wanted && std::string(wanted).find("text/html") != std::string::npos;
     GBytes* body = soup_message_body_flatten(soup_server_message_get_request_body(message));
     gsize size = 0;
     const auto* bytes = static_cast<const char*>(g_bytes_get_data(body, &size));
@@ -71,6 +75,40 @@ void SendResponse(SoupServerMessage* message, const Response& response)
                                      response.Body.size());
 }
 
+std::string TypeOf(const std::filesystem::path& file)
+{
+    const std::string kind = file.extension();
+    // A page says its own charset, or has none; a module is not run without its type.
+    if (kind.starts_with(".htm")) return "text/html";
+    if (kind == ".js" || kind == ".mjs") return "text/javascript";
+    const std::unique_ptr<char, decltype(&g_free)> type(g_content_type_guess(file.c_str(), nullptr, 0, nullptr),
+                                                        g_free);
+    return type.get();
+}
+
+/// Scripts may read the answers from every origin, so that a page that sends elsewhere gets one.
+Response FromFolder(const std::filesystem::path& folder, Request& request)
+{
+    Response response{request.IsPage ? "arrived" : "{}", request.IsPage ? "text/html" : "application/json"};
+    for (const char* what : {"Origin", "Headers", "Methods"}) {
+        response.Headers.emplace_back(std::string("Access-Control-Allow-") + what, "*");
+    }
+    const std::unique_ptr<char, decltype(&g_free)> path(g_uri_unescape_string(request.Path.c_str(), "/"), g_free);
+    if (!path || request.Method != "GET" || (request.IsPage && !request.Query.empty())) return response;
+    const std::filesystem::path file = folder / std::string(path.get()).substr(1);
+    request.IsFile = std::filesystem::is_regular_file(file);
+    if (!request.IsFile) return response;
+    std::ifstream stream(file, std::ios::binary);
+    response.Body.assign(std::istreambuf_iterator<char>(stream), {});
+    response.ContentType = TypeOf(file);
+    if (response.ContentType != "text/html") return response;
+    // Secure sites are not to be had here.
+    for (std::size_t at = 0; (at = response.Body.find("https://", at)) != std::string::npos;) {
+        response.Body.erase(at + 4, 1);
+    }
+    return response;
+}
+
 }  // namespace
 
 /// What outlives the server: the engine below it may finish a request after the server is gone.
@@ -85,6 +123,7 @@ struct WebServer::State {
     std::string scheme = "http";
     int port = 0;
     std::map<std::string, Response> responses;
+    std::filesystem::path folder;
     std::vector<Ref<GIOStream>> open;
     std::vector<Ref<SoupServerMessage>> hanging;
     std::vector<Request> requests;
@@ -94,7 +133,12 @@ void WebServer::State::Answer(SoupServerMessage* message)
 {
     requests.push_back(ReadRequest(message));
     const auto found = responses.find(requests.back().Path);
-    const Response response = found == responses.end() ? Response{"No such page.", "text/plain", 404} : found->second;
+    Response response{"No such page.", "text/plain", 404};
+    if (found != responses.end()) {
+        response = found->second;
+    } else if (!folder.empty()) {
+        response = FromFolder(folder, requests.back());
+    }
     if (response.IsRaw) return AnswerRaw(message, response);
     SendResponse(message, response);
     if (!response.Hangs) return;
@@ -150,6 +194,8 @@ void WebServer::Page(const std::string& path, std::string html, std::string cont
 {
     Answer(path, {std::move(html), std::move(contentType)});
 }
+
+void WebServer::Serve(const std::filesystem::path& folder) { state_->folder = folder; }
 
 void WebServer::Release()
 {

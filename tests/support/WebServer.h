@@ -3,6 +3,7 @@
 // Every request is kept, in the order in which the requests came.
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <utility>
@@ -15,7 +16,9 @@ struct Request {
     std::string Path;   ///< As sent, escapes included, without the query.
     std::string Query;  ///< As sent, without the "?"; empty if there is none.
     std::string ContentType;
-    std::string Body;  ///< The bytes of the body.
+    std::string Body;     ///< The bytes of the body.
+    bool IsPage = false;  ///< Asked for as a page, not by a script or as a part of a page.
+    bool IsFile = false;  ///< Answered with a file of the server's folder.
 };
 
 struct Response {
@@ -42,6 +45,9 @@ public:
     /// What a path answers, to every method, in place of before. Without it a path gives 404.
     void Answer(const std::string& path, Response response);
     void Page(const std::string& path, std::string html, std::string contentType = "text/html; charset=utf-8");
+    /// Gives the files of a folder under their paths, to whoever gets them as they are. All else that has no
+    /// answer of its own has arrived, on whatever host: a page or an empty object says so.
+    void Serve(const std::filesystem::path& folder);
     /// Lets the answers go out that hang.
     void Release();
 
