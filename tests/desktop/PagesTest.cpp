@@ -13,8 +13,7 @@
 //   record     The post data of the record; the same as announced if it is missing.
 //   frame      The target frame of the record; none if it is missing.
 //   playback   What the server receives when the record is played back; the same as at first if it is
-//              missing. "by hand": the form is filled but has no button, so the user submits it as at
-//              first. "left alone": the form is not filled, so that it is recorded again.
+//              missing. "left alone": the form is not filled, so that it is recorded again.
 //   to         The path of the request, "to.cgi" if it is missing.
 //
 // A page without such a comment belongs to another page.
@@ -74,7 +73,6 @@ public:
     std::string Received() const { return Get(Has("get") ? "get" : "post"); }
     std::string Announced() const { return Get("announced", Received()); }
     bool IsLeftAlone() const { return Get("playback") == "left alone"; }
-    bool IsPlayedBack() const { return !IsLeftAlone() && Get("playback") != "by hand"; }
 
 private:
     void ReadComment()
@@ -191,12 +189,10 @@ protected:
     {
         const FormPage& page = PageOf(name);
         server_.ForgetRequests();
-        if (page.IsPlayedBack()) return SetOff(server_.Url("/" + name));
+        if (!page.IsLeftAlone()) return SetOff(server_.Url("/" + name));
         Go(server_.Url("/" + name));
-        if (page.IsLeftAlone()) {
-            FillIn(name);
-            Expect({.text = kRecordQuestion, .button = "No"});
-        }
+        FillIn(name);
+        Expect({.text = kRecordQuestion, .button = "No"});
         Submit(name);
     }
 
@@ -221,7 +217,7 @@ TEST_P(Pages, AreRecordedAndPlayedBack)
     PlayBack(GetParam());
     WaitForSubmission(GetParam());
     const std::string same = page.Received();
-    EXPECT_EQ(Submissions(GetParam()), std::vector{page.IsPlayedBack() ? page.Get("playback", same) : same});
+    EXPECT_EQ(Submissions(GetParam()), std::vector{page.IsLeftAlone() ? same : page.Get("playback", same)});
 }
 
 TEST_F(PagesRun, ASurveyOverTwoPagesIsPlayedBackAsOneChain)

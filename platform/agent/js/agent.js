@@ -233,7 +233,7 @@
     answer,
     currentRevision,
     rest,
-    click: (handle) => forms.standing(handle).click(),
+    click: writes.click,
     moved,
     requested: (message) => {
       const request = unpack(message);

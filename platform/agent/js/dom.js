@@ -122,6 +122,7 @@
     first: (selector) => Document.prototype.querySelector.call(document, selector),
     newLink: (owner) => createElementNS.call(owner, "http://www.w3.org/1999/xhtml", "a"),
     isElement,
+    isForm,
     isShadowRoot: (node) => node !== window && nodeType.call(node) === Node.DOCUMENT_FRAGMENT_NODE,
     nameOf: (element) => localName.call(element),
     parentOf: (node) => read(Node, "parentElement", node),
@@ -135,9 +136,16 @@
     guarded,
     listen: (target, type, listener) => addEventListener.call(target, type, listener),
     unlisten: (target, type, listener) => removeEventListener.call(target, type, listener),
+    /** False if the page has stopped what the event leads to. */
     dispatch: (element, event) => {
-      dispatchEvent.call(element, event);
+      const goesOn = dispatchEvent.call(element, event);
+      known = null;
+      return goesOn;
+    },
+    click: (element) => {
+      element.click();
       known = null;
     },
+    requestSubmit: (form) => HTMLFormElement.prototype.requestSubmit.call(form),
   };
 })

@@ -69,6 +69,22 @@
     return [...fields.filter(isNamed), ...fields.filter((field) => !isNamed(field) && typeOf(field) === "submit")];
   }
 
+  // The kinds of lines of which a form must not have two for Enter to send it (HTML, "implicit submission").
+  const kLines = ["date", "datetime-local", "email", "month", "number", "password", "search", "tel", "text", "time",
+    "url", "week"];
+
+  /**
+   * The line in which Enter sends a form that has no button; undefined where a button, or a picture in the
+   * document, may do it.
+   */
+  function enterLineOf(form) {
+    const fields = fieldsOf(form);
+    const [line, ...others] = fields.filter((field) => dom.nameOf(field) === "input" && kLines.includes(field.type));
+    if (line === undefined || others.length > 0 || typeOf(line) !== "text" || line.form !== form) return undefined;
+    const hasButton = fields.some((field) => typeOf(field) === "submit") || dom.matches(line, ":disabled");
+    return hasButton || dom.select("input[type=image i]").length > 0 ? undefined : line;
+  }
+
   // --- Forms -------------------------------------------------------------------------------------
 
   const kInTag = { " ": "%20", ">": "%3E" };
@@ -166,7 +182,10 @@
 
   /** The fields of the form of a handle, each under the handle that it, or the one before it, had. */
   function listForm(handle) {
-    const controls = controlsOf(formOf(handle));
+    const form = formOf(handle);
+    const controls = controlsOf(form);
+    // The form may have to stand for a button.
+    listedBy.set(handle, handle);
     const left = (listed.get(handle) ?? []).filter(isGone);
     for (const field of controls) {
       const heir = handles.has(field) ? -1 : left.findIndex((each) => marks.get(each) === markOfField(field));
@@ -215,10 +234,11 @@
     return facts;
   }
 
-  function controlFacts(fields) {
-    const facts = [fields.length];
-    for (const field of fields) facts.push(...factsOf(field));
-    return facts;
+  function controlFacts(fields, form = null) {
+    const facts = fields.map(factsOf);
+    // A form that Enter sends is itself the button that it lacks.
+    if (form !== null && enterLineOf(form) !== undefined) facts.push([handleOf(form), "", "submit", "", 0, "", 0]);
+    return [facts.length, ...facts.flat()];
   }
 
   /** The agent's script in a frame inside; undefined if that is of another origin, by the web's own rules. */
@@ -260,7 +280,7 @@
       for (const form of forms) marks.set(handleOf(form), markOfForm(form));
       return [frames.length, ...frames, forms.length, ...forms.flatMap(formFacts)];
     },
-    form: (handle) => controlFacts(listForm(Number(handle))),
+    form: (handle) => controlFacts(listForm(Number(handle)), formOf(Number(handle))),
     tag: (name) => controlFacts(dom.select(name.toLowerCase()).filter((element) => dom.matches(element, kFields))),
     markup: (order, ...given) => [formsInOrder(order === "only" ? order : "all", given).map(tagOf).join("\n")],
     frame: (index) => {
@@ -282,6 +302,7 @@
     holdsFields,
     fieldsOf,
     controlsOf,
+    enterLineOf,
     nameOf,
     actionOf,
     handleOf,

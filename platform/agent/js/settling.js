@@ -99,9 +99,11 @@
   const isBusy = () => hasUnfinishedFrames() || (underWay.length > 0 && !hasFields());
 
   let toldAddress = null;
+  let isMoving = false;
 
   function finish() {
     stopWaiting?.();
+    isMoving = false;
     arrivals.disconnect();
     watch(false);
     toldAddress = dom.address();
@@ -120,7 +122,9 @@
 
   /** A page moves within one document by its script (history entries) or by a fragment. */
   function moved() {
-    if (toldAddress !== null && dom.address() !== toldAddress) whenRested(() => false, finish);
+    if (toldAddress === null || dom.address() === toldAddress || isMoving) return;
+    isMoving = true;
+    whenRested(() => false, finish);
   }
 
   // --- Forms that come later ---------------------------------------------------------------------

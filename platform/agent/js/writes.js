@@ -7,10 +7,11 @@
   // Scripts that take a page over when it has been drawn do so at the latest when the user's first key
   // comes; a change that comes without one is lost to them. Pages that act on certain keys do not act on
   // one of this name.
-  function press(field, type) {
-    const given = { bubbles: true, cancelable: true, composed: true, key: "Unidentified" };
-    dom.dispatch(field, new KeyboardEvent(type, given));
-  }
+  const kNoKey = { key: "Unidentified" };
+  const kEnter = { key: "Enter", code: "Enter", keyCode: 13 };
+
+  const press = (field, type, key = kNoKey) =>
+    dom.dispatch(field, new KeyboardEvent(type, { bubbles: true, cancelable: true, composed: true, ...key }));
 
   const newChange = () => new Event("change", { bubbles: true });
   const newInput = () => new InputEvent("input", { bubbles: true, composed: true, inputType: "insertText" });
@@ -34,7 +35,7 @@
     },
     check: (handle) => {
       const field = forms.standing(handle);
-      if (!field.checked) field.click();
+      if (!field.checked) dom.click(field);
       return field;
     },
     select: (handle, texts) => {
@@ -62,7 +63,26 @@
     return now !== field || (operation === "value" && now.value === "" && given !== "");
   }
 
+  /** Enter in the one line of a form. A page may take the key for itself. */
+  function sendByEnter(line) {
+    const { form } = line;
+    const goesOn = press(line, "keydown", kEnter) && press(line, "keypress", kEnter);
+    if (goesOn && dom.isConnected(line) && line.form === form) dom.requestSubmit(form);
+    press(line, "keyup", kEnter);
+  }
+
+  function click(handle) {
+    const node = forms.standing(handle);
+    if (dom.isForm(node)) {
+      const line = forms.enterLineOf(node);
+      if (line !== undefined) sendByEnter(line);
+    } else {
+      dom.click(node);
+    }
+  }
+
   return {
+    click,
     value: (handle, text) => write("value", handle, text),
     check: (handle) => write("check", handle),
     select: (handle, index) => write("select", handle, forms.toldOption(handle, index)),
