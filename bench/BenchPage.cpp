@@ -5,8 +5,6 @@
 
 namespace velmora::bench {
 
-namespace {
-
 std::string NewFolder()
 {
     char pattern[] = "/tmp/velmora-bench-XXXXXX";
@@ -14,8 +12,6 @@ std::string NewFolder()
     if (!folder) throw std::runtime_error("no folder for the records");
     return folder;
 }
-
-}  // namespace
 
 void RunUntil(const std::function<bool()>& condition)
 {
@@ -76,6 +72,17 @@ std::chrono::duration<double> BenchPage::Load(const std::string& path)
     Form().cmdPlayback_Click();
     RunUntil([&] { return isDone; });
     return handled - arrived_;
+}
+
+void BenchPage::AwaitPicture()
+{
+    GtkWidget* const widget = GTK_WIDGET(View());
+    bool isDrawn = false;
+    const gulong handler = g_signal_connect_swapped(gtk_widget_get_frame_clock(widget), "after-paint",
+                                                    G_CALLBACK(+[](bool* drawn) { *drawn = true; }), &isDrawn);
+    gtk_widget_queue_draw(GTK_WIDGET(gtk_widget_get_root(widget)));
+    RunUntil([&] { return isDrawn; });
+    g_signal_handler_disconnect(gtk_widget_get_frame_clock(widget), handler);
 }
 
 double BenchPage::Script(const std::string& script)

@@ -49,6 +49,9 @@ public:
     /// the program's handler.
     std::chrono::duration<double> Load(const std::string& path);
 
+    /// Draws the window anew and lets events run until that is on the screen.
+    void AwaitPicture();
+
     /// The number that a script of the page's own gives.
     double Script(const std::string& script);
 
@@ -62,6 +65,9 @@ private:
     Clock::time_point arrived_;
     std::function<void(const std::string& url)> completed_;
 };
+
+/// A new folder for records; throws std::runtime_error if there can be none.
+std::string NewFolder();
 
 /// The one program of all benchmarks; made at the first call.
 BenchPage& ThePage();

@@ -32,15 +32,22 @@ void frmBrowser::cmdFill_Click()
     AutoHideRecords();
 }
 
+std::vector<RecordItem> frmBrowser::FormRecordsOf(const std::string& URL) const
+{
+    std::vector<RecordItem> records;
+    for (const ListItem* row : lvwPermanent.RowsWith(URL)) {
+        if (row->SubItem("Type") == kTypeForm) ReadRecordItem(*row, records.emplace_back());
+    }
+    return records;
+}
+
 bool frmBrowser::HasRecordFor(BrowserObject& pDisp, const std::string& URL)
 {
     try {
         const auto document = pDisp.Document();
-        for (int i = 1; i <= lvwPermanent.Count(); ++i) {
-            const ListItem& row = lvwPermanent.Item(i);
-            if (!EqualIgnoringCase(row.SubItem("Url"), URL) || row.SubItem("Type") != kTypeForm) continue;
+        for (const RecordItem& record : FormRecordsOf(URL)) {
             for (int j = 0; j < document->FormsLength(); ++j) {
-                std::string recorded = row.SubItem("Action");
+                std::string recorded = record.Action;
                 std::string action = document->Forms(j)->Action();
                 if (action == "[object]" || UrlsMatch(recorded, action)) return true;
             }
@@ -57,15 +64,8 @@ void frmBrowser::PlayDocument(BrowserObject& pDisp, const std::string& URL)
     if (!mnuManualClick.Checked() && !mnuAutoClick.Checked()) return;
     // A frame without an address of its own has one that every site's frames have: it is nobody's.
     if (LowerCase(URL.substr(0, 6)) == "about:") return;
-    const int rows = lvwPermanent.Count();
-    for (int i = 1; i <= rows; ++i) {
-        // The row is read whole only if it is the one: the list may be long, and this runs for each
-        // document that finishes.
-        const ListItem& row = lvwPermanent.Item(i);
-        if (!EqualIgnoringCase(row.SubItem("Url"), URL) || row.SubItem("Type") != kTypeForm) continue;
-        if (EqualIgnoringCase(gstrLastFilledUrl, URL)) continue;
-        RecordItem record;
-        ReadRecordItem(row, record);
+    if (EqualIgnoringCase(gstrLastFilledUrl, URL)) return;
+    for (RecordItem& record : FormRecordsOf(URL)) {
         if (mnuPromptFill.Checked()) {
             const Answer answer = platform_.dialogs.MsgBox("Do you want to auto fill-in this form", Buttons::OkCancel,
                                                            Icon::None, "Session=" + record.Session);

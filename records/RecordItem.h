@@ -36,4 +36,7 @@ inline constexpr RecordField kRecordFields[] = {
     {"Frame", &RecordItem::Frame},
 };
 
+/// The column of the lists, counted from 0, that shows the Url.
+inline constexpr int kUrlColumn = 2;
+
 }  // namespace velmora

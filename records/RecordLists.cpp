@@ -30,6 +30,7 @@ void frmBrowser::SSTab1_Click(int PreviousTab)
 
 void frmBrowser::SortPermanentList(int column)
 {
+    lvwPermanent.Sorted = false;  // One sort does for column and direction.
     lvwPermanent.SortKey = column;
     lvwPermanent.SortOrder = lvwPermanent.SortOrder() == 0 ? 1 : 0;
     lvwPermanent.Sorted = true;

@@ -15,6 +15,7 @@ frmBrowser::frmBrowser(Platform platform) : platform_(std::move(platform))
     Caption = "Velmora v" VELMORA_VERSION;
     SetInnerSize(13050, 9930);
     CenterForm(*this);
+    lvwPermanent.IndexBy(kUrlColumn);
     PlaceControls();
     BuildMenu();
     ConnectEvents();

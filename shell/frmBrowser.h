@@ -329,6 +329,9 @@ private:
     void WriteElement(Element& element, ElementKind kind, const std::string& name, const std::string& recorded);
     void SubmitForm(Form& form);
 
+    /// The permanent form records of an address, letter case ignored, in the list's order.
+    std::vector<RecordItem> FormRecordsOf(const std::string& URL) const;
+
     /// Shows the fields of a record in the editor; the number of fields.
     std::size_t ShowFields(const RecordItem& record);
     /// The post data that the editor's fields hold.

@@ -41,18 +41,18 @@ class Event {
 public:
     using Listener = std::function<void(Args...)>;
 
-    Event() : slots_(std::make_shared<Slots>()) {}
+    Event() = default;
     Event(const Event&) = delete;
     Event& operator=(const Event&) = delete;
 
     /// Adds a listener for the life of the event.
-    void Add(Listener listener) { slots_->push_back(std::make_shared<Listener>(std::move(listener))); }
+    void Add(Listener listener) { Present().push_back(std::make_shared<Listener>(std::move(listener))); }
 
     /// Adds a listener that stays until the result is destroyed.
     [[nodiscard]] Subscription Connect(Listener listener)
     {
         auto slot = std::make_shared<Listener>(std::move(listener));
-        slots_->push_back(slot);
+        Present().push_back(slot);
         return Subscription([slots = std::weak_ptr<Slots>(slots_), slot = std::weak_ptr<Listener>(slot)] {
             auto list = slots.lock();
             auto gone = slot.lock();
@@ -65,6 +65,7 @@ public:
     /// Calls every listener that is connected at this moment and still is when its turn comes.
     void Raise(Args... args) const
     {
+        if (!slots_) return;
         const Slots present = *slots_;
         for (const auto& slot : present) {
             // A copy: the listener may disconnect itself, which empties the slot under it.
@@ -74,7 +75,13 @@ public:
 
 private:
     using Slots = std::vector<std::shared_ptr<Listener>>;
-    std::shared_ptr<Slots> slots_;
+    Slots& Present()
+    {
+        if (!slots_) slots_ = std::make_shared<Slots>();
+        return *slots_;
+    }
+
+    std::shared_ptr<Slots> slots_;  ///< Null until somebody listens: there may be very many events.
 };
 
 }  // namespace velmora

@@ -1,78 +1,118 @@
 #include "platform/controls/ListView.h"
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
 #include "platform/text/Search.h"
 
 namespace velmora {
 
+namespace {
+
+// Where among its texts a row keeps its key, and from where on its cells.
+constexpr std::size_t kKeptKey = 0;
+constexpr std::size_t kFirstText = 1;
+
+// How a key is kept: none, as it is behind this mark, or as the number of a cell and a length in bytes.
+// The keys of addresses are their own beginnings in lower case, as a rule.
+constexpr char kOwnText = '=';
+constexpr char kFirstCell = 'a';
+constexpr std::size_t kMostCells = 26;
+
+std::size_t PlaceOf(int column) { return static_cast<std::size_t>(column) + kFirstText; }
+
+}  // namespace
+
 // --- ListItem -------------------------------------------------------------------------------------
 
-void ListItem::SetText(std::string text)
+ListItem::ListItem(ListView& owner) : owner_(owner)
 {
-    if (text == text_) return;
-    text_ = std::move(text);
-    Changed.Raise();
+    texts_.Add({});
+    texts_.Add({});
+}
+
+std::string ListItem::Key() const
+{
+    const std::string_view kept = texts_.At(kKeptKey);
+    if (kept.empty()) return {};
+    if (kept[0] == kOwnText) return std::string(kept.substr(1));
+    return LowerCase(Cell(kept[0] - kFirstCell).substr(0, std::stoul(std::string(kept.substr(1)))));
+}
+
+void ListItem::KeepKey(const std::string& key)
+{
+    if (key.empty()) return texts_.Set(kKeptKey, {});
+    const std::size_t cells = std::min(texts_.Count() - kFirstText, kMostCells);
+    for (std::size_t column = 0; column < cells; ++column) {
+        if (LowerCase(Cell(static_cast<int>(column)).substr(0, key.size())) != key) continue;
+        const auto cell = static_cast<char>(kFirstCell + static_cast<char>(column));
+        return texts_.Set(kKeptKey, cell + std::to_string(key.size()));
+    }
+    texts_.Set(kKeptKey, kOwnText + key);
 }
 
 void ListItem::SetKey(const std::string& key)
 {
-    if (key == key_) return;
-    if (!key.empty() && !owner_.byKey_.try_emplace(key, this).second) {
-        throw ControlError("a row of the list has that key already");
-    }
-    if (!key_.empty()) owner_.byKey_.erase(key_);
-    key_ = key;
+    const std::string before = Key();
+    if (key == before) return;
+    if (owner_.Find(key)) throw ControlError("a row of the list has that key already");
+    if (!before.empty()) owner_.byKey_.Remove(*this);
+    KeepKey(key);
+    if (!key.empty()) owner_.byKey_.Add(*this);
 }
 
-void ListItem::AddSubItem(const std::string& key, std::string text)
+void ListItem::AddSubItem(const std::string& key, const std::string& text)
 {
-    if (Find(key)) throw ControlError("the row has that sub-item already");
-    subItems_.emplace_back(key, std::move(text));
+    std::vector<std::string>& keys = owner_.subItemKeys_;
+    const std::size_t next = texts_.Count() - kFirstText - 1;
+    const bool isNew = next == keys.size() && std::find(keys.begin(), keys.end(), key) == keys.end();
+    if (isNew) keys.push_back(key);
+    if (next == keys.size() || keys[next] != key) throw ControlError("the row cannot have that sub-item there");
+    texts_.Add(text);
+    owner_.NoteCell(*this, static_cast<int>(next) + 1);
     Changed.Raise();
 }
 
-const std::string& ListItem::SubItem(std::string_view key) const
+std::string_view ListItem::Cell(int column) const
 {
-    for (const auto& [name, text] : subItems_) {
-        if (name == key) return text;
-    }
-    throw ControlError("the row has no such sub-item");
+    const std::size_t place = PlaceOf(column);
+    return column >= 0 && place < texts_.Count() ? texts_.At(place) : std::string_view();
 }
 
-void ListItem::SetSubItem(std::string_view key, std::string text)
+int ListItem::ColumnOf(std::string_view key) const
 {
-    std::string* const present = Find(key);
-    if (!present) throw ControlError("the row has no such sub-item");
-    if (text == *present) return;
-    *present = std::move(text);
+    const auto& keys = owner_.subItemKeys_;
+    const auto hit = std::find(keys.begin(), keys.end(), key);
+    const int column = static_cast<int>(hit - keys.begin()) + 1;
+    if (hit == keys.end() || PlaceOf(column) >= texts_.Count()) throw ControlError("the row has no such sub-item");
+    return column;
+}
+
+void ListItem::SetCell(int column, const std::string& text)
+{
+    if (text == Cell(column)) return;
+    const std::string key = Key();
+    if (column == owner_.indexed_) owner_.byText_.Remove(*this);
+    texts_.Set(PlaceOf(column), text);
+    if (Key() != key) KeepKey(key);
+    owner_.NoteCell(*this, column);
     Changed.Raise();
-}
-
-const std::string& ListItem::Cell(int column) const
-{
-    static const std::string kEmpty;
-    if (column == 0) return text_;
-    const auto i = static_cast<std::size_t>(column) - 1;
-    return column > 0 && i < subItems_.size() ? subItems_[i].second : kEmpty;
-}
-
-std::string* ListItem::Find(std::string_view key)
-{
-    for (auto& [name, text] : subItems_) {
-        if (name == key) return &text;
-    }
-    return nullptr;
 }
 
 // --- ListView -------------------------------------------------------------------------------------
 
-ListView::ListView(Container& parent, std::string name) : Control(parent, std::move(name))
+ListView::ListView(Container& parent, std::string name)
+    : Control(parent, std::move(name)), byKey_([](const ListItem& row) { return row.Key(); }),
+      byText_([this](const ListItem& row) { return LowerCase(row.Cell(indexed_)); })
 {
-    const auto sort = [this] { Sort(); };
-    SortKey.Changed.Add(sort);
-    SortOrder.Changed.Add(sort);
-    Sorted.Changed.Add(sort);
+    const auto sortAnew = [this] {
+        order_ = Order::Unknown;
+        Sort();
+    };
+    SortKey.Changed.Add(sortAnew);
+    SortOrder.Changed.Add(sortAnew);
+    Sorted.Changed.Add([this] { Sort(); });
 }
 
 void ListView::ClearColumnHeaders()
@@ -93,15 +133,16 @@ ListItem& ListView::Item(int i)
     return *rows_[static_cast<std::size_t>(i - 1)];
 }
 
-ListItem* ListView::Find(const std::string& key)
+ListItem* ListView::Find(const std::string& key) const
 {
-    const auto hit = byKey_.find(key);
-    return hit == byKey_.end() ? nullptr : hit->second;
+    const auto found = key.empty() ? std::vector<ListItem*>() : byKey_.Find(key);
+    return found.empty() ? nullptr : found.front();
 }
 
 ListItem& ListView::Add()
 {
     ListItem& row = *rows_.emplace_back(std::make_unique<ListItem>(*this));
+    NoteOutOfOrder(row);
     RowsChanged.Raise(Count() - 1, 0, 1);
     return row;
 }
@@ -110,6 +151,8 @@ void ListView::Remove(ListItem& row)
 {
     const std::size_t position = PositionOf(row);
     row.SetKey({});
+    byText_.Remove(row);
+    if (outOfOrder_ == &row) SetOrder(Order::Sorted);
     const auto place = rows_.begin() + static_cast<std::ptrdiff_t>(position);
     // The row lives until every listener has heard that it goes.
     const std::unique_ptr<ListItem> gone = std::move(*place);
@@ -120,6 +163,20 @@ void ListView::Remove(ListItem& row)
     if (wasSelected) SelectionChanged.Raise();
 }
 
+void ListView::IndexBy(int column) { indexed_ = column; }
+
+std::vector<ListItem*> ListView::RowsWith(const std::string& text) const
+{
+    std::vector<ListItem*> found = byText_.Find(LowerCase(text));
+    if (found.size() < 2) return found;
+    const std::set<const ListItem*> known(found.begin(), found.end());
+    found.clear();
+    for (const auto& row : rows_) {
+        if (known.contains(row.get())) found.push_back(row.get());
+    }
+    return found;
+}
+
 void ListView::Select(ListItem* row)
 {
     if (row == selected_) return;
@@ -128,28 +185,10 @@ void ListView::Select(ListItem* row)
     SelectionChanged.Raise();
 }
 
-void ListView::Sort()
+void ListView::NoteCell(ListItem& row, int column)
 {
-    if (!Sorted()) return;
-    struct Entry {
-        std::string text;
-        std::size_t position;
-    };
-    std::vector<Entry> order;
-    order.reserve(rows_.size());
-    for (std::size_t i = 0; i < rows_.size(); ++i) order.push_back({LowerCase(rows_[i]->Cell(SortKey())), i});
-
-    const auto before = [descending = SortOrder() != 0](const Entry& a, const Entry& b) {
-        return descending ? b.text < a.text : a.text < b.text;
-    };
-    if (std::is_sorted(order.begin(), order.end(), before)) return;
-    std::stable_sort(order.begin(), order.end(), before);
-
-    std::vector<std::unique_ptr<ListItem>> sorted;
-    sorted.reserve(rows_.size());
-    for (const Entry& entry : order) sorted.push_back(std::move(rows_[entry.position]));
-    rows_ = std::move(sorted);
-    RowsChanged.Raise(0, Count(), Count());
+    if (column == indexed_) byText_.Add(row);
+    if (column == SortKey()) NoteOutOfOrder(row);
 }
 
 std::size_t ListView::PositionOf(const ListItem& row) const

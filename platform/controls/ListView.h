@@ -6,52 +6,54 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <utility>
 #include <vector>
 
 #include "platform/controls/Controls.h"
+#include "platform/controls/PackedTexts.h"
+#include "platform/controls/RowIndex.h"
 
 namespace velmora {
 
 class ListView;
 
-/// One row: a main text and sub-items with a key each.
+/// One row: a main text and sub-items with a key each. All rows of a list have the same keys in the same
+/// order, as many of them as they have sub-items. Texts are given as copies.
 class ListItem {
 public:
-    explicit ListItem(ListView& owner) : owner_(owner) {}
+    explicit ListItem(ListView& owner);
     ListItem(const ListItem&) = delete;
     ListItem& operator=(const ListItem&) = delete;
 
-    const std::string& Text() const { return text_; }
-    void SetText(std::string text);
+    std::string Text() const { return std::string(Cell(0)); }
+    void SetText(const std::string& text) { SetCell(0, text); }
 
-    const std::string& Key() const { return key_; }
+    std::string Key() const;
     /// Sets the key; an empty text takes the key away. Throws ControlError, and keeps the old key,
     /// if another row of the list has it.
     void SetKey(const std::string& key);
 
-    /// Appends a sub-item. Throws ControlError if the row has that key already.
-    void AddSubItem(const std::string& key, std::string text);
+    /// Appends a sub-item. Throws ControlError if it has not the key that comes next in the list's rows.
+    void AddSubItem(const std::string& key, const std::string& text);
     /// The text of a sub-item. Throws ControlError if there is none of that key.
-    const std::string& SubItem(std::string_view key) const;
-    void SetSubItem(std::string_view key, std::string text);
+    std::string SubItem(std::string_view key) const { return std::string(Cell(ColumnOf(key))); }
+    void SetSubItem(std::string_view key, const std::string& text) { SetCell(ColumnOf(key), text); }
 
     /// The text in a column, counted from 0: the main text, then the sub-items in their order; empty
-    /// beyond the last.
-    const std::string& Cell(int column) const;
+    /// beyond the last. Valid until the row changes.
+    std::string_view Cell(int column) const;
 
     /// Raised after a text of the row changed.
     Event<> Changed;
 
 private:
     friend class ListView;
-    std::string* Find(std::string_view key);
+    int ColumnOf(std::string_view key) const;
+    void SetCell(int column, const std::string& text);
+    /// Keeps a key, of which nobody but the row knows yet; one that a cell begins with is not kept twice.
+    void KeepKey(const std::string& key);
 
     ListView& owner_;
-    std::string text_;
-    std::string key_;
-    std::vector<std::pair<std::string, std::string>> subItems_;
+    PackedTexts texts_;  ///< How the key is kept, then the cells.
 };
 
 struct ColumnHeader {
@@ -74,11 +76,16 @@ public:
     /// Row i, counted from 1. Throws ControlError for any other.
     ListItem& Item(int i);
     /// The row of a key, found in constant time; null if there is none. An empty text is no key.
-    ListItem* Find(const std::string& key);
+    ListItem* Find(const std::string& key) const;
     /// Appends an empty row, in a sorted list too: whoever fills it calls Sort() when it is complete.
     ListItem& Add();
     /// Takes a row out; it is gone afterwards. If it was selected, no row is.
     void Remove(ListItem& row);
+
+    /// From now on rows are found by their text in a column, counted from 0. Called before there is any row.
+    void IndexBy(int column);
+    /// The rows in whose indexed column this text stands, letter case ignored, in the list's order.
+    std::vector<ListItem*> RowsWith(const std::string& text) const;
 
     ListItem* SelectedItem() const { return selected_; }
     /// Selects a row, or none with null. Throws ControlError if it is a row of another list.
@@ -90,7 +97,7 @@ public:
     Property<int> SortOrder;  ///< 0 ascending, 1 descending.
     Property<bool> Sorted;    ///< Setting it, or a key or order while it is set, sorts at once.
     /// Sorts now, if Sorted is set; the selected row stays selected. A new or changed row does not
-    /// sort by itself. Raises RowsChanged for all rows, and not at all if the order was right already.
+    /// sort by itself. Raises RowsChanged for what changes its place: one row, or all.
     void Sort();
 
     /// The header of a column was clicked; the index counts from 1.
@@ -103,12 +110,28 @@ public:
 
 private:
     friend class ListItem;
+
+    /// How the rows stand: in order; in order but for one of them; or nobody knows.
+    enum class Order { Sorted, AllButOne, Unknown };
+
     std::size_t PositionOf(const ListItem& row) const;
+    /// A cell of a row has its text; it is in no index yet.
+    void NoteCell(ListItem& row, int column);
+    // platform/controls/ListSorting.cpp
+    void SetOrder(Order order, ListItem* outOfOrder = nullptr);
+    void NoteOutOfOrder(ListItem& row);
+    void SortOne(ListItem& row);
+    void SortAll();
 
     std::vector<ColumnHeader> columns_;
+    std::vector<std::string> subItemKeys_;  ///< Of all rows.
     std::vector<std::unique_ptr<ListItem>> rows_;
-    std::unordered_map<std::string, ListItem*> byKey_;
+    RowIndex byKey_;
+    int indexed_ = -1;  ///< The column by which rows are found, too; -1: none.
+    RowIndex byText_;
     ListItem* selected_ = nullptr;
+    Order order_ = Order::Sorted;
+    ListItem* outOfOrder_ = nullptr;
 };
 
 }  // namespace velmora

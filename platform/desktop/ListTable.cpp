@@ -42,7 +42,7 @@ public:
     const ListItem* Row() const { return row_; }
 
 private:
-    void Show(const ListItem& row) { set_text(OneLine(row.Cell(column_))); }
+    void Show(const ListItem& row) { set_text(OneLine(std::string(row.Cell(column_)))); }
 
     const int column_;
     const ListItem* row_ = nullptr;

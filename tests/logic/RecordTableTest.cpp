@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <random>
+
+#include "platform/text/Search.h"
 #include "tests/support/LogicHarness.h"
 
 namespace velmora::test {
@@ -109,6 +113,66 @@ TEST(RecordList, SortsWithoutRegardToCaseAndKeepsEqualRowsInOrder)
     EXPECT_THROW(list.Item(5), ControlError);
     EXPECT_THROW(list.Item(1).SubItem("Url"), ControlError);
     EXPECT_THROW(list.Item(1).AddSubItem("Type", ""), ControlError);
+}
+
+/// Rows come, change and go one by one, as the program's do; a stable sort and a plain search tell what is right.
+TEST(RecordList, KeepsItsOrderAndFindsItsRowsThroughAnyChanges)
+{
+    Window window;
+    ListView list(window, "list");
+    list.IndexBy(1);
+    list.Sorted = true;
+    std::mt19937 numbers(7);
+    const auto word = [&](const char* letters) {
+        std::string text;
+        for (auto i = numbers() % 3; i > 0; --i) text += letters[numbers() % 4];
+        return text;
+    };
+    std::vector<ListItem*> rows;
+    std::map<const ListItem*, std::string> keys;
+    const auto sort = [&] {
+        std::stable_sort(rows.begin(), rows.end(), [&](const ListItem* a, const ListItem* b) {
+            const std::string one = LowerCase(a->Cell(list.SortKey()));
+            const std::string other = LowerCase(b->Cell(list.SortKey()));
+            return list.SortOrder() == 0 ? one < other : other < one;
+        });
+    };
+    for (int step = 0; step < 3000; ++step) {
+        if (step % 100 == 50) list.SortOrder = 1 - list.SortOrder();
+        if (step % 100 == 99) list.SortKey = 1 - list.SortKey();
+        sort();
+        const auto chosen = numbers() % std::max<std::size_t>(1, rows.size());
+        if (rows.empty() || (numbers() % 4 == 0 && rows.size() < 60)) {
+            rows.push_back(&list.Add());
+            rows.back()->AddSubItem("Url", word("abAB"));
+        } else if (numbers() % 6 == 0) {
+            keys.erase(rows[chosen]);
+            list.Remove(*rows[chosen]);
+            rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(chosen));
+        } else if (numbers() % 2 == 0) {
+            rows[chosen]->SetSubItem("Url", word("abAB"));
+        } else {
+            rows[chosen]->SetText(word("xyXY"));
+        }
+        if (const std::string key = word("ab"); !rows.empty() && !list.Find(key)) {
+            rows.back()->SetKey(key);
+            keys[rows.back()] = key;
+        }
+        list.Sort();
+        sort();
+        std::vector<ListItem*> shown;
+        std::vector<ListItem*> wanted;
+        for (int i = 1; i <= list.Count(); ++i) shown.push_back(&list.Item(i));
+        ASSERT_EQ(shown, rows) << "step " << step;
+        const std::string url = word("aBbA");
+        std::copy_if(rows.begin(), rows.end(), std::back_inserter(wanted),
+                     [&](const ListItem* row) { return EqualIgnoringCase(row->SubItem("Url"), url); });
+        ASSERT_EQ(list.RowsWith(url), wanted) << "step " << step;
+        for (ListItem* row : rows) {
+            ASSERT_EQ(row->Key(), keys[row]) << "step " << step;
+            ASSERT_TRUE(keys[row].empty() || list.Find(keys[row]) == row) << "step " << step;
+        }
+    }
 }
 
 }  // namespace velmora::test

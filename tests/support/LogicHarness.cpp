@@ -89,8 +89,8 @@ Lines LogicHarness::Rows(ListView& list)
 {
     Lines rows;
     for (int i = 1; i <= list.Count(); ++i) {
-        std::string row = list.Item(i).Cell(0);
-        for (int column = 1; column < 7; ++column) row += " | " + list.Item(i).Cell(column);
+        std::string row = list.Item(i).Text();
+        for (int column = 1; column < 7; ++column) (row += " | ") += list.Item(i).Cell(column);
         while (row.ends_with(" | ")) row.resize(row.size() - 3);
         rows.push_back(row);
     }

@@ -1,0 +1,77 @@
+#include "platform/controls/PackedTexts.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <vector>
+
+namespace velmora {
+
+namespace {
+
+constexpr unsigned kBitsOfByte = 7;
+constexpr unsigned kMore = 1U << kBitsOfByte;
+
+std::size_t ReadLength(const unsigned char*& at)
+{
+    std::size_t length = 0;
+    for (unsigned shift = 0;; shift += kBitsOfByte) {
+        const unsigned byte = *at++;
+        length |= static_cast<std::size_t>(byte % kMore) << shift;
+        if (byte < kMore) return length;
+    }
+}
+
+std::size_t BytesOfLength(std::size_t length)
+{
+    std::size_t bytes = 1;
+    while ((length >>= kBitsOfByte) > 0) ++bytes;
+    return bytes;
+}
+
+unsigned char* WriteLength(unsigned char* at, std::size_t length)
+{
+    for (; length >= kMore; length >>= kBitsOfByte) *at++ = static_cast<unsigned char>(kMore | (length % kMore));
+    *at++ = static_cast<unsigned char>(length);
+    return at;
+}
+
+}  // namespace
+
+std::size_t PackedTexts::Count() const { return bytes_ ? bytes_[0] : 0; }
+
+std::string_view PackedTexts::At(std::size_t i) const
+{
+    const unsigned char* at = bytes_.get() + 1;
+    std::size_t before = 0;
+    std::size_t length = 0;
+    for (std::size_t each = 0; each < Count(); ++each) {
+        const std::size_t present = ReadLength(at);
+        if (each < i) before += present;
+        if (each == i) length = present;
+    }
+    return {reinterpret_cast<const char*>(at) + before, length};
+}
+
+void PackedTexts::Set(std::size_t i, std::string_view text) { Repack(Count(), i, text); }
+
+void PackedTexts::Add(std::string_view text)
+{
+    if (Count() == kMost) throw std::length_error("too many texts");
+    Repack(Count() + 1, Count(), text);
+}
+
+void PackedTexts::Repack(std::size_t count, std::size_t i, std::string_view text)
+{
+    const auto each = [&](std::size_t k) { return k == i ? text : At(k); };
+    std::size_t size = 1;
+    for (std::size_t k = 0; k < count; ++k) size += BytesOfLength(each(k).size()) + each(k).size();
+    // Not std::make_unique, which would clear what is filled at once.
+    std::unique_ptr<unsigned char[]> packed(new unsigned char[size]);
+    unsigned char* at = packed.get();
+    *at++ = static_cast<unsigned char>(count);
+    for (std::size_t k = 0; k < count; ++k) at = WriteLength(at, each(k).size());
+    for (std::size_t k = 0; k < count; ++k) at = std::copy(each(k).begin(), each(k).end(), at);
+    bytes_ = std::move(packed);
+}
+
+}  // namespace velmora

@@ -1,0 +1,30 @@
+// Several texts in one piece of memory: rows of texts may be many, and most of a short text would be its
+// own keeping.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+
+namespace velmora {
+
+/// Texts that count from 0; none at first.
+class PackedTexts {
+public:
+    static constexpr std::size_t kMost = 255;
+
+    std::size_t Count() const;
+    /// Text i, which must be there; valid until a text is set or added.
+    std::string_view At(std::size_t i) const;
+    void Set(std::size_t i, std::string_view text);
+    /// Adds a text at the end. Throws std::length_error for one more than kMost.
+    void Add(std::string_view text);
+
+private:
+    /// Packs `count` texts anew: `text` as text i, the others as they are.
+    void Repack(std::size_t count, std::size_t i, std::string_view text);
+
+    std::unique_ptr<unsigned char[]> bytes_;  ///< Their number, their lengths (LEB128), the texts; null: none.
+};
+
+}  // namespace velmora
