@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
-#include <vector>
+#include <utility>
 
 namespace velmora {
 
@@ -39,12 +39,26 @@ unsigned char* WriteLength(unsigned char* at, std::size_t length)
 
 std::size_t PackedTexts::Count() const { return bytes_ ? bytes_[0] : 0; }
 
+PackedTexts::Views PackedTexts::Unpacked() const
+{
+    Views texts;
+    const std::size_t count = Count();
+    std::array<std::size_t, kMost> lengths{};
+    const unsigned char* at = bytes_.get() + 1;
+    for (std::size_t i = 0; i < count; ++i) lengths[i] = ReadLength(at);
+    for (std::size_t i = 0; i < count; at += lengths[i++]) {
+        texts[i] = {reinterpret_cast<const char*>(at), lengths[i]};
+    }
+    return texts;
+}
+
 std::string_view PackedTexts::At(std::size_t i) const
 {
+    const std::size_t count = Count();
     const unsigned char* at = bytes_.get() + 1;
     std::size_t before = 0;
     std::size_t length = 0;
-    for (std::size_t each = 0; each < Count(); ++each) {
+    for (std::size_t each = 0; each < count; ++each) {
         const std::size_t present = ReadLength(at);
         if (each < i) before += present;
         if (each == i) length = present;
@@ -52,25 +66,32 @@ std::string_view PackedTexts::At(std::size_t i) const
     return {reinterpret_cast<const char*>(at) + before, length};
 }
 
-void PackedTexts::Set(std::size_t i, std::string_view text) { Repack(Count(), i, text); }
+void PackedTexts::Set(std::size_t i, std::string_view text)
+{
+    Views texts = Unpacked();
+    texts.at(i) = text;
+    Pack(Count(), texts);
+}
 
 void PackedTexts::Add(std::string_view text)
 {
-    if (Count() == kMost) throw std::length_error("too many texts");
-    Repack(Count() + 1, Count(), text);
+    const std::size_t count = Count();
+    if (count == kMost) throw std::length_error("too many texts");
+    Views texts = Unpacked();
+    texts.at(count) = text;
+    Pack(count + 1, texts);
 }
 
-void PackedTexts::Repack(std::size_t count, std::size_t i, std::string_view text)
+void PackedTexts::Pack(std::size_t count, const Views& texts)
 {
-    const auto each = [&](std::size_t k) { return k == i ? text : At(k); };
     std::size_t size = 1;
-    for (std::size_t k = 0; k < count; ++k) size += BytesOfLength(each(k).size()) + each(k).size();
+    for (std::size_t i = 0; i < count; ++i) size += BytesOfLength(texts[i].size()) + texts[i].size();
     // Not std::make_unique, which would clear what is filled at once.
     std::unique_ptr<unsigned char[]> packed(new unsigned char[size]);
     unsigned char* at = packed.get();
     *at++ = static_cast<unsigned char>(count);
-    for (std::size_t k = 0; k < count; ++k) at = WriteLength(at, each(k).size());
-    for (std::size_t k = 0; k < count; ++k) at = std::copy(each(k).begin(), each(k).end(), at);
+    for (std::size_t i = 0; i < count; ++i) at = WriteLength(at, texts[i].size());
+    for (std::size_t i = 0; i < count; ++i) at = std::copy(texts[i].begin(), texts[i].end(), at);
     bytes_ = std::move(packed);
 }
 

@@ -2,6 +2,7 @@
 // own keeping.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <string_view>
@@ -11,7 +12,7 @@ namespace velmora {
 /// Texts that count from 0; none at first.
 class PackedTexts {
 public:
-    static constexpr std::size_t kMost = 255;
+    static constexpr std::size_t kMost = 32;
 
     std::size_t Count() const;
     /// Text i, which must be there; valid until a text is set or added.
@@ -21,8 +22,12 @@ public:
     void Add(std::string_view text);
 
 private:
-    /// Packs `count` texts anew: `text` as text i, the others as they are.
-    void Repack(std::size_t count, std::size_t i, std::string_view text);
+    using Views = std::array<std::string_view, kMost>;
+
+    /// All texts, and empty views behind them.
+    Views Unpacked() const;
+    /// Packs the first `count` of the texts.
+    void Pack(std::size_t count, const Views& texts);
 
     std::unique_ptr<unsigned char[]> bytes_;  ///< Their number, their lengths (LEB128), the texts; null: none.
 };

@@ -133,8 +133,13 @@ void Desktop::DoEvents()
 {
     // Events may bring new events for ever; what asked for this has its own work to go on with.
     constexpr int kMostEvents = 100;
+    // To look whether there are any takes longer than reading a record does, and nobody sees so short a wait.
+    constexpr std::chrono::milliseconds kPause{1};
+    const auto now = std::chrono::steady_clock::now();
+    if (now < nextEvents_) return;
     const auto context = Glib::MainContext::get_default();
     for (int i = 0; i < kMostEvents && !hasEnded_ && context->pending(); ++i) context->iteration(false);
+    nextEvents_ = std::chrono::steady_clock::now() + kPause;
 }
 
 Twips Desktop::ScreenWidth() { return static_cast<Twips>(Screen().get_width()) * kTwipsPerPixel; }

@@ -1,6 +1,7 @@
 // The desktop that the program runs on: its main loop, message boxes, modal dialogs, the screen.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <string>
 #include <vector>
@@ -74,6 +75,7 @@ private:
     int quietRounds_ = 0;                 ///< Looks in a row, meanwhile, that found nothing open or asked.
     sigc::connection closing_;
     bool hasEnded_ = false;
+    std::chrono::steady_clock::time_point nextEvents_;  ///< Before it no events are looked for.
 };
 
 }  // namespace velmora

@@ -196,17 +196,20 @@ std::string ReadWhole(int fd, const std::string& path)
     struct stat status {};
     if (::fstat(fd, &status) != 0) Fail("cannot read", path, errno);
     if (!S_ISREG(status.st_mode)) throw FileError(path + " is no plain file");
+    // A file that grows meanwhile is read on; one byte of room more tells at once that it does not.
     std::string bytes;
-    std::vector<char> block(std::size_t{64} << 10);
-    for (;;) {
-        const ssize_t got = ::read(fd, block.data(), block.size());
+    for (std::size_t size = 0;;) {
+        const auto known = static_cast<std::size_t>(status.st_size);
+        if (std::max(size, known) > PosixFiles::kMaxBytes) throw FileError(path + " is too long");
+        bytes.resize(std::max(known, 2 * size) + 1);
+        const ssize_t got = ::read(fd, bytes.data() + size, bytes.size() - size);
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) Fail("cannot read", path, errno);
-        if (got == 0) return bytes;
-        if (bytes.size() + static_cast<std::size_t>(got) > PosixFiles::kMaxBytes) {
-            throw FileError(path + " is too long");
-        }
-        bytes.append(block.data(), static_cast<std::size_t>(got));
+        const bool isFull = size + static_cast<std::size_t>(got) == bytes.size();
+        size += static_cast<std::size_t>(got);
+        if (isFull) continue;
+        bytes.resize(size);
+        return bytes;
     }
 }
 
@@ -307,11 +310,15 @@ std::string PosixFiles::Read(const std::string& path)
     // Without O_NONBLOCK, opening a pipe would wait for its writer.
     const Descriptor fd(::open(place.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!fd.Valid() && errno == ENOENT) Fail("cannot open", place, errno);
-    unseen_.insert(place);
-    if (!fd.Valid()) Fail("cannot open", place, errno);
-    std::string bytes = ReadWhole(fd.Get(), place);
-    unseen_.erase(place);
-    return bytes;
+    try {
+        if (!fd.Valid()) Fail("cannot open", place, errno);
+        std::string bytes = ReadWhole(fd.Get(), place);
+        if (!unseen_.empty()) unseen_.erase(place);
+        return bytes;
+    } catch (const FileError&) {
+        unseen_.insert(place);
+        throw;
+    }
 }
 
 void PosixFiles::Write(const std::string& path, const std::string& bytes)

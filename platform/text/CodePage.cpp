@@ -33,10 +33,12 @@ std::optional<unsigned char> CodeOfCharacter(char32_t character)
 
 std::string TextOfBytes(std::string_view bytes)
 {
+    const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
+    if (std::all_of(bytes.begin(), bytes.end(), isAscii)) return std::string(bytes);
     std::string text;
     text.reserve(bytes.size());
     for (const char byte : bytes) {
-        if (static_cast<unsigned char>(byte) < 0x80) {
+        if (isAscii(byte)) {
             text += byte;
         } else {
             AppendCharacter(text, CharacterOfCode(static_cast<unsigned char>(byte)));
