@@ -65,7 +65,8 @@ void Try(const std::string& input)
     Expect(again == read, "filling a form leaves the record alone");
     if (browser.gstrFieldNames.empty()) Expect(journal->empty(), "a record without a field fills nothing");
     for (const std::string& line : *journal) {
-        bool isRecorded = line.find(" := ") == std::string::npos || line.ends_with(" := ");
+        const bool isEntry = line.find(" := ") != std::string::npos && !line.starts_with("c");  // check, choose, click
+        bool isRecorded = !isEntry || line.ends_with(" := ");
         for (const std::string& value : browser.gstrFieldValues) {
             isRecorded = isRecorded || line.ends_with(" := " + frmBrowser::DecodeFieldText(value));
         }
