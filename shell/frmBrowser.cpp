@@ -1,5 +1,6 @@
 #include "shell/frmBrowser.h"
 
+#include <exception>
 #include <utility>
 
 #include "editor/frmEdit.h"
@@ -102,7 +103,7 @@ void frmBrowser::ConnectEvents()
         {CloseRequested, &frmBrowser::mnuExit_Click},
     };
     for (const auto& [event, handler] : handlers) {
-        event.Add([this, call = handler] { platform_.turns.Take([this, call] { (this->*call)(); }); });
+        event.Add([this, call = handler] { platform_.turns.Take([this, call] { Handle(call); }); });
     }
     // The clock and the window's size wait for nobody.
     Timer1.Tick.Add([this] { Timer1_Timer(); });
@@ -120,6 +121,15 @@ void frmBrowser::ConnectEvents()
     wbMyBrowser.NewWindow2.Add([this](bool& Cancel) { wbMyBrowser_NewWindow2(Cancel); });
     wbMyBrowser.CommandStateChange.Add(
         [this](int Command, bool Enable) { wbMyBrowser_CommandStateChange(Command, Enable); });
+}
+
+void frmBrowser::Handle(void (frmBrowser::*handler)())
+{
+    try {
+        (this->*handler)();
+    } catch (const std::exception&) {
+        // Out of a handler it would end the program, and the temporary records with it.
+    }
 }
 
 void frmBrowser::ShowStatus(const std::string& text) { StatusBar1.Panels(1).Text = text; }

@@ -295,6 +295,8 @@ private:
     void PlaceControls();
     void BuildMenu();
     void ConnectEvents();
+    /// Runs the handler of a button or a menu item; a failure ends it.
+    void Handle(void (frmBrowser::*handler)());
     /// Sets the message line, panel 1.
     void ShowStatus(const std::string& text);
     /// A bookmark can be taken of any page but an empty one.
