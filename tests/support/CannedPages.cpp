@@ -7,6 +7,7 @@ namespace {
 template <class Items>
 auto& At(Items& items, int i)
 {
+    MayFail<DocumentError>();
     if (i < 0 || static_cast<std::size_t>(i) >= items.size()) throw DocumentError("no item of that index");
     return items[static_cast<std::size_t>(i)];
 }
@@ -21,9 +22,9 @@ std::shared_ptr<Part> Handle(Part& part)
 class OptionView : public Option {
 public:
     OptionView(const CannedOption& option, CannedElement& list) : option_(option), list_(list) {}
-    std::string Text() override { return option_.text; }
-    std::string Value() override { return option_.value; }
-    bool Selected() override { return option_.selected; }
+    std::string Text() override { return Told(option_.text); }
+    std::string Value() override { return Told(option_.value); }
+    bool Selected() override { return Told(option_.selected); }
     void Select() override { list_.journal->push_back("choose " + list_.Name() + ": " + option_.text); }
 
 private:
@@ -33,7 +34,7 @@ private:
 
 class ElementList : public ElementCollection {
 public:
-    int Length() override { return static_cast<int>(elements.size()); }
+    int Length() override { return static_cast<int>(Told(elements).size()); }
     std::shared_ptr<Element> Item(int i) override { return At(elements, i); }
 
     std::vector<std::shared_ptr<Element>> elements;
@@ -48,11 +49,11 @@ public:
             if (!element.IsImage()) list_.elements.push_back(Handle<Element>(element));
         }
     }
-    std::string Action() override { return form_.action; }
-    std::string Id() override { return form_.id; }
+    std::string Action() override { return Told(form_.action); }
+    std::string Id() override { return Told(form_.id); }
     int Length() override { return list_.Length(); }
     std::shared_ptr<Element> Elements(int j) override { return list_.Item(j); }
-    std::shared_ptr<velmora::Document> Document() override { return document_; }
+    std::shared_ptr<velmora::Document> Document() override { return Told(document_); }
 
 private:
     const CannedForm& form_;
@@ -78,6 +79,7 @@ CannedFrame::CannedFrame(CannedPage page, std::shared_ptr<Journal> journal)
 
 std::shared_ptr<velmora::Document> CannedFrame::Document()
 {
+    MayFail<DocumentError>();
     if (page_.refuses) throw DocumentError("the frame refuses access");
     return Handle<velmora::Document>(*this);
 }
@@ -88,7 +90,7 @@ std::shared_ptr<Form> CannedFrame::Forms(int i) { return std::make_shared<FormVi
 
 std::string CannedFrame::InnerHtml()
 {
-    std::string html = page_.html;
+    std::string html = Told(page_.html);
     if (!html.empty()) return html;
     for (const auto& form : page_.forms) html += "<form action=" + form.action + " id=" + form.id + ">";
     return html;
@@ -96,6 +98,7 @@ std::string CannedFrame::InnerHtml()
 
 std::shared_ptr<ElementCollection> CannedFrame::GetElementsByTagName(const std::string&)
 {
+    MayFail<DocumentError>();
     const auto inputs = std::make_shared<ElementList>();
     for (auto& form : page_.forms) {
         for (auto& element : form.elements) {

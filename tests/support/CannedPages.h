@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/controls/WebBrowser.h"
+#include "tests/support/Faults.h"
 
 namespace velmora::test {
 
@@ -22,6 +23,14 @@ struct CannedOption {
 /// What the program did to pages, a line for each call: "user := anna", "check news=yes",
 /// "choose color: Red", "click go".
 using Journal = std::vector<std::string>;
+
+/// What a page tells, unless it is to fail just now.
+template <class Value>
+const Value& Told(const Value& value)
+{
+    MayFail<DocumentError>();
+    return value;
+}
 
 class CannedElement : public Element {
 public:
@@ -37,12 +46,12 @@ public:
     std::string Src() override { return Readable(src); }
     int OptionsLength() override { return static_cast<int>(Readable(options).size()); }
     std::shared_ptr<Option> Options(int k) override;
-    void SetValue(const std::string& value) override { journal->push_back(Name() + " := " + value); }
-    void Check() override { journal->push_back("check " + Name() + "=" + Value()); }
+    void SetValue(const std::string& value) override { journal->push_back(Readable(name_) + " := " + value); }
+    void Check() override { journal->push_back("check " + Readable(name_) + "=" + value_); }
     bool IsImage() const { return type_ == "image"; }
     bool Click() override
     {
-        journal->push_back("click " + Name() + (isDisabled ? "!" : ""));
+        journal->push_back("click " + Readable(name_) + (isDisabled ? "!" : ""));
         return !isDisabled;
     }
 
@@ -57,7 +66,7 @@ private:
     const Member& Readable(const Member& member) const
     {
         if (unreadable) throw DocumentError("the element cannot be read");
-        return member;
+        return Told(member);
     }
 
     std::string type_;
@@ -110,9 +119,9 @@ public:
     CannedFrame(CannedPage page, std::shared_ptr<Journal> journal);
 
     std::shared_ptr<velmora::Document> Document() override;
-    int FramesLength() override { return static_cast<int>(frames.size()); }
+    int FramesLength() override { return static_cast<int>(Told(frames).size()); }
     std::shared_ptr<BrowserObject> Frames(int i) override;
-    int FormsLength() override { return static_cast<int>(page_.forms.size()); }
+    int FormsLength() override { return static_cast<int>(Told(page_.forms).size()); }
     std::shared_ptr<Form> Forms(int i) override;
     std::string InnerHtml() override;
     std::shared_ptr<ElementCollection> GetElementsByTagName(const std::string&) override;

@@ -1,5 +1,9 @@
 #include "tests/support/MemoryDialogs.h"
 
+#include <stdexcept>
+
+#include "tests/support/Faults.h"
+
 namespace velmora::test {
 
 namespace {
@@ -19,6 +23,7 @@ std::string Line(const std::string& text, Buttons buttons, Icon icon, const std:
 
 Answer MemoryDialogs::MsgBox(const std::string& text, Buttons buttons, Icon icon, const std::string& title)
 {
+    MayFail<std::runtime_error>();
     Shown.push_back(Line(text, buttons, icon, title));
     if (buttons == Buttons::Ok) return Answer::Ok;
     if (Answers.empty()) {
@@ -32,6 +37,7 @@ Answer MemoryDialogs::MsgBox(const std::string& text, Buttons buttons, Icon icon
 
 void MemoryDialogs::ShowModal(Window& dialog)
 {
+    MayFail<std::runtime_error>();
     const bool isCentred =
         dialog.Left() == (ScreenWidth() - dialog.Width()) / 2 && dialog.Top() == (ScreenHeight() - dialog.Height()) / 2;
     Shown.push_back("dialog " + dialog.Caption() + (isCentred ? "" : ", not centred"));

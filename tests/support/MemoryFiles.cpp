@@ -1,15 +1,29 @@
 #include "tests/support/MemoryFiles.h"
 
+#include "tests/support/Faults.h"
+
 namespace velmora::test {
+
+bool MemoryFiles::Exists(const std::string& path)
+{
+    return !faults.IsNow() && (Folders.contains(path) || Texts.contains(path));
+}
+
+bool MemoryFiles::CanWrite(const std::string& folder)
+{
+    return !faults.IsNow() && !ReadOnly && Folders.contains(folder);
+}
 
 void MemoryFiles::MakeFolder(const std::string& path)
 {
-    if (ReadOnly || Exists(path)) throw FileError("cannot make " + path);
+    MayFail<FileError>();
+    if (ReadOnly || Folders.contains(path)) throw FileError("cannot make " + path);
     Folders.insert(path);
 }
 
 std::vector<FileEntry> MemoryFiles::List(const std::string& folder)
 {
+    MayFail<FileError>();
     if (Unlistable || !Folders.contains(folder)) throw FileError("no folder " + folder);
     std::vector<FileEntry> files;
     for (const auto& [path, text] : Texts) {
@@ -21,6 +35,7 @@ std::vector<FileEntry> MemoryFiles::List(const std::string& folder)
 
 std::string MemoryFiles::Read(const std::string& path)
 {
+    MayFail<FileError>();
     const auto found = Texts.find(path);
     if (found == Texts.end() || Locked.contains(path)) throw FileError("cannot read " + path);
     return found->second;
@@ -28,12 +43,14 @@ std::string MemoryFiles::Read(const std::string& path)
 
 void MemoryFiles::Write(const std::string& path, const std::string& bytes)
 {
+    MayFail<FileError>();
     if (ReadOnly || !Folders.contains(path.substr(0, path.rfind('/')))) throw FileError("cannot write " + path);
     Texts[path] = bytes;
 }
 
 void MemoryFiles::Delete(const std::string& path)
 {
+    MayFail<FileError>();
     if (KeepsAll) throw FileError("cannot delete " + path);
     Texts.erase(path);
 }
@@ -41,12 +58,13 @@ void MemoryFiles::Delete(const std::string& path)
 bool MemoryProxy::SetProxy(ProxyAccess access, const std::string& proxyText)
 {
     Calls.push_back(std::to_string(static_cast<int>(access)) + " " + proxyText);
-    return Accepts;
+    return Accepts && !faults.IsNow();
 }
 
 std::optional<ProxyTable::Row> MemoryProxyTable::TakeFirst(const std::string& path, const std::string& mark)
 {
     Calls.push_back(path + " " + mark);
+    MayFail<ProxyTableError>();
     if (Missing) throw ProxyTableError("no database");
     if (Servers.empty()) return std::nullopt;
     const Row row = Servers.front();

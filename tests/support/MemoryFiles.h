@@ -17,9 +17,9 @@ namespace velmora::test {
 class MemoryFiles : public Files {
 public:
     std::string ProgramFolder() override { return "/app"; }
-    bool Exists(const std::string& path) override { return Folders.contains(path) || Texts.contains(path); }
+    bool Exists(const std::string& path) override;
     void MakeFolder(const std::string& path) override;
-    bool CanWrite(const std::string& folder) override { return !ReadOnly && Folders.contains(folder); }
+    bool CanWrite(const std::string& folder) override;
     std::vector<FileEntry> List(const std::string& folder) override;
     std::string Read(const std::string& path) override;
     void Write(const std::string& path, const std::string& bytes) override;
