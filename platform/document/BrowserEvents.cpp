@@ -14,6 +14,8 @@ namespace {
 constexpr std::size_t kMostWaiting = 1000;
 constexpr std::size_t kMostWaitingBytes = std::size_t{32} << 20;
 constexpr std::size_t kMostSenders = 256;
+constexpr std::size_t kMostSenderBytes = std::size_t{16} << 20;
+constexpr std::size_t kMostUnfinished = 1000;
 constexpr int kMostRefusals = 3;
 
 // A document rests two seconds after its load at the latest, and nothing is loading when this counts.
@@ -39,7 +41,7 @@ void BrowserEvents::Announce(Navigation navigation, const Decide& decide)
         lastSender_ = navigation.cause->place.document;
         lastSent_ = Now();
     }
-    const std::size_t bytes = navigation.url.size() + (navigation.cause ? navigation.cause->body.size() : 0);
+    const std::size_t bytes = navigation.url.size() + (navigation.cause ? BytesOf(*navigation.cause) : 0);
     const auto held = std::make_shared<Navigation>(std::move(navigation));
     const auto handle = [this, held, decide] {
         HandleNavigation(*held);
@@ -52,7 +54,8 @@ void BrowserEvents::OnBegun(const PagePlace& place, const std::string& url, bool
 {
     if (isTop) unfinished_.clear();
     // The empty document with which a frame begins finishes only if nothing else is loaded into it.
-    if (url != "about:blank") unfinished_[{place.channel.get(), place.document.frame}] = Clock::now();
+    if (url == "about:blank" || unfinished_.size() >= kMostUnfinished) return;
+    unfinished_[{place.channel.get(), place.document.frame}] = Clock::now();
 }
 
 void BrowserEvents::OnFinished(const PagePlace& place, const std::string& url, bool isTop,
@@ -61,6 +64,9 @@ void BrowserEvents::OnFinished(const PagePlace& place, const std::string& url, b
     unfinished_.erase({place.channel.get(), place.document.frame});
     const auto address = reported_(url, isTop);
     if (!address) return;
+    const std::size_t bytes = std::accumulate(
+        laterForms.begin(), laterForms.end(), address->size(),
+        [](std::size_t sum, const std::string& handle) { return sum + sizeof(std::string) + handle.size(); });
     const bool isWhole = laterForms.empty();
     if (isWhole) ForgetFinished(place.document);
     // The page may be on its way elsewhere when a form comes.
@@ -71,7 +77,7 @@ void BrowserEvents::OnFinished(const PagePlace& place, const std::string& url, b
         if (Clock::now() - begun > kMoment && IsGone(place)) return;
         Complete(place, url, laterForms);
     };
-    Add({isWhole ? Kind::Finished : Kind::FormsAdded, place.document, address->size(), handle});
+    Add({isWhole ? Kind::Finished : Kind::FormsAdded, place.document, bytes, handle});
 }
 
 bool BrowserEvents::TakesSubmissions() const { return !Waits(Kind::Submission); }
@@ -82,7 +88,7 @@ void BrowserEvents::OnSubmitted(PageSubmission submission)
     const PagePlace& place = submission.action.place;
     if (lastSender_ == place.document && lastSent_ + kClockError >= submission.time) return;
     const auto held = std::make_shared<PageSubmission>(std::move(submission));
-    Add({Kind::Submission, place.document, held->action.body.size(), [this, held] { HandleSubmission(*held); }});
+    Add({Kind::Submission, place.document, BytesOf(held->action), [this, held] { HandleSubmission(*held); }});
 }
 
 bool BrowserEvents::Rest()
@@ -126,6 +132,9 @@ bool BrowserEvents::Add(Item item)
                                               [](std::size_t sum, const Item& each) { return sum + each.bytes; });
     if (items_.size() >= kMostWaiting || bytes > kMostWaitingBytes) return false;
     items_.push_back(std::move(item));
+    // An item that was dropped has left its turn behind.
+    if (turnsToCome_ >= items_.size()) return true;
+    ++turnsToCome_;
     turns_.Post([this] { HandleNext(); });
     return true;
 }
@@ -168,18 +177,18 @@ void BrowserEvents::Complete(const PagePlace& place, const std::string& url, con
     }
     isAwaited_ = false;
     if (!known) {
-        if (senders_.size() == kMostSenders) senders_.pop_front();
         known = &senders_.emplace_back(Sender{place.document, {}, {}});
     }
     known->url = url;
     known->isRepeated = std::exchange(lastFinished_, url) == url;
+    DropOldSenders();
     PageFrame frame(place);
     control_.DocumentComplete.Raise(frame, url);
 }
 
 void BrowserEvents::HandleNext()
 {
-    // Each item has come with a turn; one that was dropped since leaves its turn to the others.
+    --turnsToCome_;
     if (items_.empty()) return;
     const Item next = std::move(items_.front());
     items_.pop_front();
@@ -240,6 +249,15 @@ void BrowserEvents::Resume(const PageAction& action, const std::string& url)
     if (!hasStayed && !action.isNews) return;
     PageFrame frame(action.place);
     control_.DocumentResumed.Raise(frame, url.empty() ? sender->url : url);
+}
+
+void BrowserEvents::DropOldSenders()
+{
+    const auto bytes = [this] {
+        return std::accumulate(senders_.begin(), senders_.end(), std::size_t{0},
+                               [](std::size_t sum, const Sender& each) { return sum + each.url.size(); });
+    };
+    while (senders_.size() > kMostSenders || bytes() > kMostSenderBytes) senders_.pop_front();
 }
 
 BrowserEvents::Sender* BrowserEvents::Find(const wire::DocumentName& document)

@@ -87,8 +87,9 @@ private:
     std::shared_ptr<PageTime> time_;
     Reported reported_;
     std::deque<Item> items_;
-    bool isAwaited_ = false;  ///< A navigation was announced, and no document has finished since.
-    int refusals_ = 0;        ///< Of windows, since the user last did anything.
+    std::size_t turnsToCome_ = 0;  ///< Posted and not begun; as many as there are items, or more.
+    bool isAwaited_ = false;       ///< A navigation was announced, and no document has finished since.
+    int refusals_ = 0;             ///< Of windows, since the user last did anything.
 
     /// When the documents began that have not finished, by page and frame.
     std::map<std::pair<const PageChannel*, std::uint64_t>, Clock::time_point> unfinished_;
@@ -100,6 +101,7 @@ private:
         bool isRepeated = false;  ///< Its address had just finished before, without an act of the user since.
     };
     Sender* Find(const wire::DocumentName& document);
+    void DropOldSenders();
     std::deque<Sender> senders_;
     std::string lastFinished_;  ///< The address of the last document that finished since the user's last act.
 

@@ -1,6 +1,7 @@
 // What page agents tell.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -22,6 +23,12 @@ struct PageAction {
     bool isNews = false;         ///< The form came to its document after that had finished, and was not told of.
     bool staysHere = false;      ///< A link into the document that holds it.
 };
+
+/// What the texts of an action take.
+inline std::size_t BytesOf(const PageAction& action)
+{
+    return action.url.size() + action.method.size() + action.target.size() + action.body.size() + action.form.size();
+}
 
 /// A form that a page's own script has sent: what a navigation would have been, the address of the document,
 /// the time (milliseconds since 1970), the form as it was.

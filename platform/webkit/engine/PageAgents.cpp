@@ -122,9 +122,8 @@ void PageAgents::Remember(PageAction action)
 {
     actions_.push_back(std::move(action));
     const auto bytes = [this] {
-        return std::accumulate(actions_.begin(), actions_.end(), std::size_t{0}, [](std::size_t sum, const auto& each) {
-            return sum + each.url.size() + each.target.size() + each.body.size();
-        });
+        return std::accumulate(actions_.begin(), actions_.end(), std::size_t{0},
+                               [](std::size_t sum, const auto& each) { return sum + BytesOf(each); });
     };
     while (actions_.size() > kMostActions || bytes() > kMostBodies) actions_.pop_front();
 }
