@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <functional>
+#include <random>
 #include <thread>
 
 #include "platform/document/PageDocument.h"
@@ -107,6 +108,57 @@ TEST(PageChannel, LengthsThatLieAndAnEndThatHangsUpAreFailures)
     ExpectRefused([](int descriptor, const std::string&) {
         Send(descriptor, {.bodyBytes = 4, .failed = 1, .revision = 0}, "no\xff!");
     });
+}
+
+/// One answer of an agent that keeps to nothing: whole, twice, in pieces, huge, broken off, or none.
+void AnswerAnyhow(std::mt19937& random, int descriptor, const std::string& request)
+{
+    std::string body = request.starts_with("document") ? "0\n2\n7\nto.cgi\nf\n8\nto.cgi\ng"
+                       : request.starts_with("form")   ? "1\n3\na\nselect-one\nx\n0\n\n1\nX\nx\n0"
+                                                       : "1";
+    const auto kind = random() % 200;
+    if (kind == 0) return;
+    if (kind == 10) shutdown(descriptor, SHUT_WR);
+    if (kind < 4) body = "200000" + std::string(wire::kLongestAnswer - 6, '\n');
+    const wire::AnswerHeader header{.bodyBytes = static_cast<std::uint32_t>(body.size()) + (kind == 4 ? 9 : 0),
+                                    .failed = kind == 5,
+                                    .revision = random() % 3};
+    std::string message(reinterpret_cast<const char*>(&header), sizeof header);
+    message += body;
+    if (kind == 6) message += message;
+    const std::size_t piece = kind == 9 ? 1 : message.size();
+    for (std::size_t at = 0; at < message.size(); at += piece) {
+        if (send(descriptor, message.data() + at, piece, MSG_NOSIGNAL) < 0) return;
+    }
+}
+
+TEST(PageChannel, AnswersInAnyOrderAndSizeEndTheirDocumentAtWorst)
+{
+    constexpr int kRounds = 60;
+    std::mt19937 random(1);
+    int refused = 0;
+    for (int round = 0; round < kRounds; ++round) {
+        const auto begin = Clock::now();
+        const auto time = std::make_shared<PageTime>();
+        time->turn = std::chrono::milliseconds(9800);  // of ten seconds
+        const auto channel = std::make_shared<PageChannel>(WaitFor, time);
+        FakeAgent agent(*channel,
+                        [&](int descriptor, const std::string& request) { AnswerAnyhow(random, descriptor, request); });
+        try {
+            const auto document = OpenDocument({channel, {1, 1}});
+            for (int i = 0; i < 3; ++i) {
+                const auto element = document->Forms(i % document->FormsLength())->Elements(0);
+                element->SetValue(element->Value() + "y");
+                element->Options(0)->Select();
+                element->Click();
+            }
+        } catch (const DocumentError&) {
+            ++refused;
+        }
+        EXPECT_LT(Clock::now() - begin, std::chrono::seconds(5)) << round;
+    }
+    EXPECT_GT(refused, kRounds / 4);
+    EXPECT_LT(refused, kRounds) << "some get through";
 }
 
 TEST(PageChannel, APageHasItsTimeForATurnAndUntilTheUserActs)
