@@ -92,24 +92,6 @@ TEST(PageChannel, AnswersThatMakeNoSenseAreFailures)
     }
 }
 
-TEST(PageChannel, LengthsThatLieAndAnEndThatHangsUpAreFailures)
-{
-    ExpectRefused([](int descriptor, const std::string&) {
-        Send(descriptor, {.bodyBytes = 0xffffffff, .failed = 0, .revision = 0}, "short");
-    });
-    ExpectRefused([](int descriptor, const std::string&) {
-        Send(descriptor, {.bodyBytes = 1000, .failed = 0, .revision = 0}, "short");
-        shutdown(descriptor, SHUT_RDWR);
-    });
-    ExpectRefused([](int descriptor, const std::string&) {
-        send(descriptor, "abc", 3, MSG_NOSIGNAL);
-        shutdown(descriptor, SHUT_RDWR);
-    });
-    ExpectRefused([](int descriptor, const std::string&) {
-        Send(descriptor, {.bodyBytes = 4, .failed = 1, .revision = 0}, "no\xff!");
-    });
-}
-
 /// One answer of an agent that keeps to nothing: whole, twice, in pieces, huge, broken off, or none.
 void AnswerAnyhow(std::mt19937& random, int descriptor, const std::string& request)
 {

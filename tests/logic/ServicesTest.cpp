@@ -104,8 +104,6 @@ TEST_F(ProxySetting, ServersAreHandedOutOnce)
     EXPECT_EQ(press(), "a b:82");
     EXPECT_EQ(press(), "a b:82") << "no free server, no change";
     EXPECT_EQ(proxyTable.Calls.front(), "/app/proxyserver.mdb Y");
-    proxyTable.Missing = true;
-    EXPECT_EQ(press(), "a b:82");
     EXPECT_EQ(Shown(), Lines{});
 }
 

@@ -29,7 +29,6 @@ public:
     std::set<std::string> Folders{"/app"};
     std::set<std::string> Locked;  ///< Files that cannot be read.
     bool ReadOnly = false;         ///< Every write fails.
-    bool KeepsAll = false;         ///< Every deletion fails.
     bool Unlistable = false;
 };
 
@@ -47,7 +46,6 @@ public:
     std::optional<Row> TakeFirst(const std::string& path, const std::string& mark) override;
 
     std::deque<Row> Servers;
-    bool Missing = false;
     std::vector<std::string> Calls;  ///< "path mark".
 };
 
