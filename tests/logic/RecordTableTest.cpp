@@ -154,7 +154,7 @@ TEST(RecordList, KeepsItsOrderAndFindsItsRowsThroughAnyChanges)
         } else {
             rows[chosen]->SetText(word("xyXY"));
         }
-        if (const std::string key = word("ab"); !rows.empty() && !list.Find(key)) {
+        if (const std::string key = word("abab"); !rows.empty() && !list.Find(key)) {
             rows.back()->SetKey(key);
             keys[rows.back()] = key;
         }
