@@ -96,16 +96,21 @@
     return file !== "" && file !== "." && file !== "..";
   }
 
+  /** An action that is a script says nothing: the page sends the data itself. */
+  const isScript = (address) => address.startsWith("javascript:");
+
   /**
    * A form's action without its fragment, as the page spells it, as far as it names a file and the engine
    * announces it in the same way; otherwise the address that is announced. A form without an action goes
    * to the document's own address.
    */
   function spelledAction(form) {
-    const [written] = (dom.attribute(form, "action") ?? "").trim().split("#", 1);
+    const action = dom.read(HTMLFormElement, "action", form);
+    const attribute = isScript(action) ? "" : dom.attribute(form, "action") ?? "";
+    const [written] = attribute.trim().split("#", 1);
     const isSpelledSo = /^[\w!#$%&()*+,./:;=?@[\]~-]*$/.test(written);
     if (isSpelledSo && namesFile(written)) return written;
-    const [whole] = dom.read(HTMLFormElement, "action", form).split("#", 1);
+    const [whole] = (isScript(action) ? dom.address() : action).split("#", 1);
     if (namesFile(written)) return forTag(whole);
     // The fields of a get form take the place of the query; only a file's name would tell all the same.
     const isReplaced = dom.read(HTMLFormElement, "method", form) === "get" && !namesFile(whole);
@@ -269,7 +274,11 @@
    */
   function formsInOrder(order, given) {
     const chosen = given.map((handle) => nodeOf(handle));
-    return order === "only" ? chosen : [...chosen, ...dom.forms().filter((form) => !chosen.includes(form))];
+    if (order === "only") return chosen;
+    const others = dom.forms().filter((form) => !chosen.includes(form));
+    // A form of which no record can know anything would pass for any other that goes to the same place.
+    const isKnowable = others.map((form) => controlsOf(form).length > 0);
+    return [...chosen, ...others.filter((_, i) => isKnowable[i]), ...others.filter((_, i) => !isKnowable[i])];
   }
 
   const reads = {

@@ -57,7 +57,10 @@
     const effective = (attribute, name) => (submitter?.hasAttribute("form" + attribute) ?
       submitter["form" + name] : dom.read(HTMLFormElement, attribute, form));
     const target = targetName(submitter?.getAttribute("formtarget")) ?? targetOf(form);
-    return { method: effective("method", "Method"), address: effective("action", "Action"), target };
+    const action = effective("action", "Action");
+    // An action that is a script says nothing: the page sends the data itself.
+    const address = action.startsWith("javascript:") ? dom.address() : action;
+    return { method: effective("method", "Method"), address, target };
   }
 
   // A body that is longer is not told: nobody types so much.
