@@ -3,6 +3,7 @@
 
 #include <glib.h>
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>

@@ -1,5 +1,6 @@
 #include "platform/agent/FrameScripts.h"
 
+#include <cstdint>
 #include <random>
 #include <type_traits>
 #include <utility>

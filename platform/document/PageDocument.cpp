@@ -1,5 +1,6 @@
 #include "platform/document/PageDocument.h"
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <set>

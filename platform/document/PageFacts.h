@@ -1,6 +1,7 @@
 // What the page agent tells of forms and their elements.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 

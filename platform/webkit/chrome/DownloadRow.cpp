@@ -1,5 +1,6 @@
 #include "platform/webkit/chrome/DownloadRow.h"
 
+#include <cstdint>
 #include <utility>
 
 namespace velmora {
