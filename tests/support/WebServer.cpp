@@ -94,6 +94,8 @@ Response FromFolder(const std::filesystem::path& folder, Request& request)
         response.Headers.emplace_back(std::string("Access-Control-Allow-") + what, "*");
     }
     const std::unique_ptr<char, decltype(&g_free)> path(g_uri_unescape_string(request.Path.c_str(), "/"), g_free);
+    // The way to an encrypted site, of which there is none here.
+    if (request.Method == "CONNECT") return {"", "text/plain", 502};
     if (!path || request.Method != "GET" || (request.IsPage && !request.Query.empty())) return response;
     const std::filesystem::path file = folder / std::string(path.get()).substr(1);
     request.IsFile = std::filesystem::is_regular_file(file);

@@ -155,7 +155,7 @@ private:
     const Request* Submission() const
     {
         const auto isSubmission = [this](const Request& request) {
-            if (request.IsFile || request.Method == "OPTIONS") return false;
+            if (request.IsFile || request.Method == "OPTIONS" || request.Method == "CONNECT") return false;
             if (request.Method != "GET" || request.IsPage) return request.Method != "GET" || !request.Query.empty();
             return std::any_of(pairs_.begin(), pairs_.end(), [&](const std::string& pair) {
                 const std::string value = pair.substr(pair.find('=') + 1);
@@ -167,10 +167,17 @@ private:
         const auto found = std::find_if(since, requests.end(), isSubmission);
         return found == requests.end() ? nullptr : &*found;
     }
-    /// Its query or its body, with a plain boundary.
-    std::string Received() const
+    std::string Received() const { return DataOf(Submission()); }
+    /// Whether the page has sent the same as at first, be it after something else.
+    bool HasComeAgain() const
     {
-        const Request* request = Submission();
+        const auto begin = server_.Requests().begin() + static_cast<std::ptrdiff_t>(mark_);
+        return std::any_of(begin, server_.Requests().end(),
+                           [&](const Request& request) { return DataOf(&request) == received_; });
+    }
+    /// Its query or its body, with a plain boundary.
+    static std::string DataOf(const Request* request)
+    {
         if (!request) return {};
         std::string body = request->Method == "GET" ? request->Query : request->Body;
         const std::size_t at = request->ContentType.find("boundary=");
@@ -228,8 +235,8 @@ private:
         Prepare();
         const std::string url = Form().lvwPermanent.Item(1).SubItem("Url");
         Load(url);
-        ComesTrue([&] { return Submission() != nullptr; }, 5s);
-        const std::string again = Received();
+        ComesTrue([&] { return HasComeAgain(); }, 5s);
+        const std::string again = HasComeAgain() ? received_ : Received();
         outcome.filled = outcome.sentAgain = again == received_;
         if (outcome.sentAgain) return;
         const std::string status = Status();
