@@ -276,9 +276,9 @@
     const chosen = given.map((handle) => nodeOf(handle));
     if (order === "only") return chosen;
     const others = dom.forms().filter((form) => !chosen.includes(form));
-    // A form of which no record can know anything would pass for any other that goes to the same place.
-    const isKnowable = others.map((form) => controlsOf(form).length > 0);
-    return [...chosen, ...others.filter((_, i) => isKnowable[i]), ...others.filter((_, i) => !isKnowable[i])];
+    // A form of fields without names would pass for any other that goes to the same place.
+    const isNameless = others.map((form) => controlsOf(form).length === 0 && fieldsOf(form).length > 0);
+    return [...chosen, ...others.filter((_, i) => !isNameless[i]), ...others.filter((_, i) => isNameless[i])];
   }
 
   const reads = {
