@@ -122,6 +122,9 @@ void Downloads::AskNext()
     if (next != items_.end()) ShowChooser(*next);
 }
 
+// From GTK 4.10 on another dialog takes the place of this one, which the GTK of Debian 12 does not have.
+G_GNUC_BEGIN_IGNORE_DEPRECATIONS
+
 void Downloads::ShowChooser(const Item& item)
 {
     GtkRoot* root = gtk_widget_get_root(scroller_.get());
@@ -156,6 +159,8 @@ void Downloads::Choose(int response)
         Save(*item, path);
     }
 }
+
+G_GNUC_END_IGNORE_DEPRECATIONS
 
 void Downloads::Save(Item& item, const std::string& path)
 {
