@@ -16,6 +16,7 @@ constexpr std::size_t kMostWaitingBytes = std::size_t{32} << 20;
 constexpr std::size_t kMostSenders = 256;
 constexpr std::size_t kMostSenderBytes = std::size_t{16} << 20;
 constexpr std::size_t kMostUnfinished = 1000;
+constexpr std::size_t kLongestUnfinishedUrl = std::size_t{16} << 10;
 constexpr int kMostRefusals = 3;
 
 // A document rests two seconds after its load at the latest, and nothing is loading when this counts.
@@ -55,7 +56,8 @@ void BrowserEvents::OnBegun(const PagePlace& place, const std::string& url, bool
     if (isTop) unfinished_.clear();
     // The empty document with which a frame begins finishes only if nothing else is loaded into it.
     if (url == "about:blank" || unfinished_.size() >= kMostUnfinished) return;
-    unfinished_[{place.channel.get(), place.document.frame}] = Clock::now();
+    const bool isLong = url.size() > kLongestUnfinishedUrl;
+    unfinished_[{place.channel.get(), place.document.frame}] = {Clock::now(), isLong ? std::string() : url, isTop};
 }
 
 void BrowserEvents::OnFinished(const PagePlace& place, const std::string& url, bool isTop,
@@ -94,7 +96,7 @@ void BrowserEvents::OnSubmitted(PageSubmission submission)
 bool BrowserEvents::Rest()
 {
     // A frame may be taken out of its page before its document finishes, and nobody tells.
-    std::erase_if(unfinished_, [](const auto& each) { return Clock::now() - each.second > kLongestUnfinished; });
+    std::erase_if(unfinished_, [](const auto& each) { return Clock::now() - each.second.since > kLongestUnfinished; });
     if (!unfinished_.empty()) return false;
     if (!isAwaited_ || !items_.empty()) return true;
     Add({Kind::Ended, {}, 0, [this] {
@@ -243,12 +245,21 @@ void BrowserEvents::HandleSubmission(const PageSubmission& submission)
 void BrowserEvents::Resume(const PageAction& action, const std::string& url)
 {
     Sender* const sender = Find(action.place.document);
-    if (!sender) return;
+    if (!sender) return ResumeUnfinished(action);
     const bool hasStayed = sender->userActs && action.userActs > *sender->userActs;
     sender->userActs = action.userActs;
     if (!hasStayed && !action.isNews) return;
     PageFrame frame(action.place);
     control_.DocumentResumed.Raise(frame, url.empty() ? sender->url : url);
+}
+
+void BrowserEvents::ResumeUnfinished(const PageAction& action)
+{
+    const auto begun = unfinished_.find({action.place.channel.get(), action.place.document.frame});
+    if (!action.isNews || begun == unfinished_.end() || begun->second.url.empty()) return;
+    const auto address = reported_(begun->second.url, begun->second.isTop);
+    PageFrame frame(action.place);
+    if (address) control_.DocumentResumed.Raise(frame, *address);
 }
 
 void BrowserEvents::DropOldSenders()

@@ -75,6 +75,8 @@ private:
     /// Announces what the user sends with a document from which something was sent before, which stayed, or
     /// with a form that has come to it.
     void Resume(const PageAction& action, const std::string& url);
+    /// The same for a document that the user did not wait for.
+    void ResumeUnfinished(const PageAction& action);
     bool Waits(Kind kind) const;
     /// Whether a document is gone. What a page says of its end comes too late where it can be told.
     static bool IsGone(const PagePlace& place);
@@ -92,8 +94,13 @@ private:
     bool isAwaited_ = false;       ///< A navigation was announced, and no document has finished since.
     int refusals_ = 0;             ///< Of windows, since the user last did anything.
 
-    /// When the documents began that have not finished, by page and frame.
-    std::map<std::pair<const PageChannel*, std::uint64_t>, Clock::time_point> unfinished_;
+    struct Unfinished {
+        Clock::time_point since;
+        std::string url;  ///< Empty if it is too long to be kept.
+        bool isTop = false;
+    };
+    /// The documents that have begun and not finished, by page and frame.
+    std::map<std::pair<const PageChannel*, std::uint64_t>, Unfinished> unfinished_;
     /// Addresses of the documents that finished last, and what the user had done in them when they sent.
     struct Sender {
         wire::DocumentName document;

@@ -75,6 +75,26 @@ TEST_F(ModernPages, APageWithoutAFormFinishesWhenWhatItAskedForHasCome)
     EXPECT_THAT(server_.Bodies("/to.cgi"), ElementsAre("late=filled"));
 }
 
+TEST_F(ModernPages, AFormThatIsSentBeforeItsPageHasLoadedIsRecordedIfAUserSendsIt)
+{
+    server_.Answer("/slow", {.Hangs = true});
+    server_.Page("/slow.html", "<img src='slow'><form action='to.cgi'><input name='a'><input type='submit'></form>");
+    server_.Page("/self.html",
+                 "<form action='to.cgi'><input name='b' value='1'></form>"
+                 "<script>setTimeout(() => document.forms[0].submit(), 100);</script><img src='slow'>");
+    Press("cmdRecord");
+    SetOff(server_.Url("/self.html"));
+    WaitForDocument(server_.Url("/to.cgi?b=1"));
+    SetOff(server_.Url("/slow.html"));
+    Await("document.forms.length", "1");
+    Type("[name=a]", "soon");
+    Expect({.text = kRecordQuestion, .button = "No"});
+    Click("[type=submit]");
+    WaitForDocument(server_.Url("/to.cgi?a=soon"));
+    ASSERT_EQ(Form().ListView1.Count(), 1);
+    EXPECT_EQ(Form().ListView1.Item(1).SubItem("Url"), server_.Url("/slow.html"));
+}
+
 TEST_F(ModernPages, ASubmissionByThePagesScriptIsRecordedAsTheUserSentIt)
 {
     server_.Page("/form.html",

@@ -170,10 +170,10 @@
     tell(unknown.map(({ form }) => form.deref()));
   }
 
-  /** Whether a form goes out that the user has filled in before it was looked for. */
+  /** Whether a form goes out that the user has filled in before it was looked for, or the document finished. */
   function isNews(form) {
     const now = sketch(form);
-    if (toldAddress === null || !hasActed || known.some((before) => isSame(now, before))) return false;
+    if (!hasActed || known.some((before) => isSame(now, before))) return false;
     clock.after(0, () => known.push(now));
     return true;
   }
@@ -193,9 +193,8 @@
 
   /** What a page of today draws because of the user may hold a form: it is looked for from here on. */
   function acted() {
-    if (toldAddress === null) return;
     hasActed = true;
-    lookWhenRested();
+    if (toldAddress !== null) lookWhenRested();
   }
 
   arrivals.observe({ type: "resource" });
