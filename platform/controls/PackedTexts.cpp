@@ -43,6 +43,7 @@ PackedTexts::Views PackedTexts::Unpacked() const
 {
     Views texts;
     const std::size_t count = Count();
+    if (count == 0) return texts;
     std::array<std::size_t, kMost> lengths{};
     const unsigned char* at = bytes_.get() + 1;
     for (std::size_t i = 0; i < count; ++i) lengths[i] = ReadLength(at);
@@ -55,6 +56,7 @@ PackedTexts::Views PackedTexts::Unpacked() const
 std::string_view PackedTexts::At(std::size_t i) const
 {
     const std::size_t count = Count();
+    if (i >= count) return {};
     const unsigned char* at = bytes_.get() + 1;
     std::size_t before = 0;
     std::size_t length = 0;

@@ -15,7 +15,7 @@ public:
     static constexpr std::size_t kMost = 32;
 
     std::size_t Count() const;
-    /// Text i, which must be there; valid until a text is set or added.
+    /// Text i, empty if there is none; valid until a text is set or added.
     std::string_view At(std::size_t i) const;
     void Set(std::size_t i, std::string_view text);
     /// Adds a text at the end. Throws std::length_error for one more than kMost.
