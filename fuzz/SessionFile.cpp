@@ -16,9 +16,6 @@ RecordItem RecordOf(const std::string& bytes)
     return record;
 }
 
-/// The record in its file as the program writes it.
-std::string FileOf(const RecordItem& record) { return BytesOfText(frmBrowser::BuildSessionXml(record) + "\r\n"); }
-
 }  // namespace
 
 void Try(const std::string& input)
@@ -45,9 +42,9 @@ void Try(const std::string& input)
     Expect(frmBrowser::ReadSelectedRecord(browser.lvwPermanent, row), "the record is selected still");
     const bool isKnown = row.Type == kTypeForm || row.Type == kTypeBookmark;
     const std::string path = browser.SessionFilePath(row.Url);
-    if (isKnown) Expect(program.files.Texts[path] == FileOf(row), "what was saved is what the row says");
-    const RecordItem again = RecordOf(FileOf(row));
-    if (again == row) Expect(FileOf(again) == FileOf(row), "and what the next start reads");
+    if (isKnown) Expect(program.files.Texts[path] == test::FileOf(row), "what was saved is what the row says");
+    const RecordItem again = RecordOf(test::FileOf(row));
+    if (again == row) Expect(test::FileOf(again) == test::FileOf(row), "and what the next start reads");
 
     program.dialogs.Answers = {Answer::Yes};
     browser.cmdDelete.Click.Raise();

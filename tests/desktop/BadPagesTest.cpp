@@ -1,8 +1,6 @@
 // Pages that are bad, hang or die.
 #include <gmock/gmock.h>
 
-#include <fstream>
-
 #include "tests/desktop/Harness.h"
 
 namespace velmora::test {
@@ -38,16 +36,6 @@ TEST_F(BadPages, AnEmptyAddressAndAPageThatIsNoHtmlKeepTheWindowRunning)
     ExpectGoWorks();
 }
 
-TEST_F(BadPages, ACertificateThatNobodyTrustsIsRefused)
-{
-    WebServer secure(WebServer::Scheme::Https);
-    secure.Page("/", "secret");
-    SetOff(secure.Url("/"));
-    AwaitExplanation();
-    EXPECT_THAT(Script("document.body.innerText"), HasSubstr("certificate"));
-    EXPECT_TRUE(secure.Requests().empty());
-}
-
 TEST_F(BadPages, AWebProcessThatDiesInTheMiddleOfAReadFailsTheReadAndIsTold)
 {
     Show("/form.html", "<form><input name='a' oninput='for (;;);'></form>");
@@ -62,29 +50,6 @@ TEST_F(BadPages, AWebProcessThatDiesInTheMiddleOfAReadFailsTheReadAndIsTold)
     webkit_web_view_terminate_web_process(Engine().View());
     RunUntil([&] { return hasEnded; }, "the end of the explanation");
     EXPECT_FALSE(webkit_web_view_is_loading(Engine().View())) << "it would end again, and again";
-    ExpectGoWorks();
-}
-
-TEST_F(BadPages, APageThatHangsFailsTheReadInTimeAndCanBeLeft)
-{
-    Show("/hang.html",
-         "<form><input name='a' oninput='const end = Date.now() + 6000; while (Date.now() < end);'></form>");
-    auto document = Form().wbMyBrowser.Document();
-    EXPECT_THROW(document->Forms(0)->Elements(0)->SetValue("x"), DocumentError);
-    EXPECT_THROW(document->InnerHtml(), DocumentError);
-    ExpectGoWorks();
-}
-
-TEST_F(BadPages, ASessionFolderThatCannotBeMadeIsToldOnce)
-{
-    EndProgram();
-    std::filesystem::remove_all(folder_ / "session");
-    std::ofstream(folder_ / "session") << "a file in its place";
-    Expect(
-        {.text = "The session folder cannot be used: " + (folder_ / "session").string() + "\nRecords will not be kept.",
-         .button = "Ok"});
-    StartProgram("");
-    RunUntil([&] { return AllAnswered() && !Completed().empty(); }, "a page");
     ExpectGoWorks();
 }
 

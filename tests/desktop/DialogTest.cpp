@@ -18,31 +18,6 @@ constexpr char kPermanent[] = "Edit Permanent Record Session";
 
 class DialogOnScreen : public DesktopTest {
 protected:
-    using Act = std::function<void(Gtk::Window&)>;
-
-    /// Calls `open`, which is held until its dialog has closed, and `act` on the dialog once it is
-    /// there; `act` must close it.
-    void InDialog(const std::string& title, const std::function<void()>& open, const Act& act)
-    {
-        bool hasActed = false;
-        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(8);
-        sigc::connection watch = Glib::signal_timeout().connect(
-            [&] {
-                Gtk::Window* dialog = OpenWindow(title);
-                if (dialog && !hasActed && dialog->get_focus() && dialog->get_height() > 0) {
-                    hasActed = true;
-                    act(*dialog);
-                } else if (dialog && std::chrono::steady_clock::now() > limit) {
-                    ADD_FAILURE() << title << " is still open";
-                    dialog->close();
-                }
-                return true;
-            },
-            10);
-        open();
-        RunUntil([&] { return hasActed && !OpenWindow(title); }, "the dialog " + title);
-        watch.disconnect();
-    }
     /// Presses a key in a box and waits until the box has got it.
     static void PressAndSee(Gtk::Window& box, const std::string& key)
     {

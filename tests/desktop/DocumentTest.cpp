@@ -117,22 +117,6 @@ TEST_F(DocumentModel, ActionsAndMarkupAreSpelledAsTheyAreAnnounced)
                   own + "/shop/?page=2 >\n<form action=a.cgi id=f >");
 }
 
-TEST_F(DocumentModel, InputsAreCollectedFromTheWholeDocument)
-{
-    const auto document = Show(
-        "<input name=first><form><input name=user><textarea></textarea><input type=image name=go src=go.png></form>"
-        "<form><input type=password name=pass><select><option>a</select></form><input type=image name=last>");
-    const auto inputs = document->GetElementsByTagName("INPUT");
-    Lines lines;
-    for (int i = 0; i < inputs->Length(); ++i) {
-        lines.push_back(inputs->Item(i)->Type() + " " + inputs->Item(i)->Name() + " " + inputs->Item(i)->Src());
-    }
-    EXPECT_EQ(lines, (Lines{"text first ", "text user ", "image go go.png", "password pass ",
-                            "image last " + server_.Url("/1")}));
-    inputs->Item(1)->SetValue("anna");
-    EXPECT_EQ(document->Forms(0)->Elements(0)->Value(), "anna");
-}
-
 TEST_F(DocumentModel, WhatIsNotThereRefusesOrIsGoneThrows)
 {
     const auto document = Show(

@@ -15,6 +15,7 @@ namespace velmora::test {
 namespace {
 
 constexpr std::chrono::seconds kLimit{10};
+constexpr char kHome[] = "velmora://guide/";
 
 /// A script on its way; shared, since the result may come when nobody waits any more.
 struct Call {
@@ -103,11 +104,11 @@ void DesktopTest::TearDown()
     RunUntil(isGone, "the test's folder to be gone");
 }
 
-void DesktopTest::StartProgram(const std::string& home)
+void DesktopTest::StartProgram()
 {
-    if (!home.empty() && !std::filesystem::exists(folder_ / "session")) {
+    if (!std::filesystem::exists(folder_ / "session")) {
         std::filesystem::create_directory(folder_ / "session");
-        std::ofstream(folder_ / "session" / "Velmora.xml") << "<Type>Home</Type><Home>" << home << "</Home>";
+        std::ofstream(folder_ / "session" / "Velmora.xml") << "<Type>Home</Type><Home>" << kHome << "</Home>";
     }
     completed_.clear();
     TheDesktop().hasEnded = false;
@@ -119,7 +120,7 @@ void DesktopTest::StartProgram(const std::string& home)
     Form().wbMyBrowser.DocumentComplete.Add(
         [this](BrowserObject&, const std::string& url) { completed_.push_back(url); });
     program_->Start();
-    if (!home.empty()) WaitForDocument(home);
+    WaitForDocument(kHome);
 }
 
 void DesktopTest::EndProgram()
@@ -188,6 +189,28 @@ void DesktopTest::Answer(Gtk::Window& box)
     questions_.pop_front();
     if (question.before) question.before();
     g_signal_emit_by_name(FindIn(box, "btn" + question.button).gobj(), "clicked");
+}
+
+void DesktopTest::InDialog(const std::string& title, const std::function<void()>& open, const Act& act)
+{
+    bool hasActed = false;
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(8);
+    sigc::connection watch = Glib::signal_timeout().connect(
+        [&] {
+            Gtk::Window* dialog = OpenWindow(title);
+            if (dialog && !hasActed && dialog->get_focus() && dialog->get_height() > 0) {
+                hasActed = true;
+                act(*dialog);
+            } else if (dialog && std::chrono::steady_clock::now() > limit) {
+                ADD_FAILURE() << title << " is still open";
+                dialog->close();
+            }
+            return true;
+        },
+        10);
+    open();
+    RunUntil([&] { return hasActed && !OpenWindow(title); }, "the dialog " + title);
+    watch.disconnect();
 }
 
 std::string DesktopTest::Script(const std::string& script)

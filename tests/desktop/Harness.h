@@ -74,9 +74,8 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
-    /// Starts the program on the test's session folder and waits for the first page. `home` is the
-    /// home page, written to the settings file.
-    void StartProgram(const std::string& home = "velmora://guide/");
+    /// Starts the program on the test's session folder and waits for the first page, the guide.
+    void StartProgram();
     /// Ends it, as a user's Exit does, and lets its windows go.
     void EndProgram();
     void Restart()
@@ -121,6 +120,11 @@ protected:
     /// "title: text" of every question so far.
     const std::vector<std::string>& Asked() const { return asked_; }
     bool AllAnswered() const { return questions_.empty(); }
+
+    using Act = std::function<void(Gtk::Window&)>;
+    /// Calls `open`, which is held until its dialog has closed, and `act` on the dialog once it is
+    /// there; `act` must close it.
+    void InDialog(const std::string& title, const std::function<void()>& open, const Act& act);
 
     // The page.
     /// Runs a script in the page's own world and gives its result as text.

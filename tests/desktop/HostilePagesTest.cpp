@@ -92,26 +92,6 @@ TEST_F(HostilePages, SubmissionsWithoutEndAskOnceAndLeaveTheProgramToItsUser)
     EXPECT_EQ(Form().ListView1.Count(), 1);
 }
 
-TEST_F(HostilePages, TheSecondRowOfAnAddressIsOfferedWhateverFinishesMeanwhile)
-{
-    server_.Answer("/inner.html", Late("inner"));
-    server_.Page(
-        "/login.html",
-        LateLogin("document.body.append(Object.assign(document.createElement('iframe'), {src: 'inner.html'}))"));
-    for (const char* value : {"a=first", "a=second"}) Keep(server_.Url("/login.html"), value);
-    Press("cmdAutoClick");
-    Expect({.text = kFillQuestion, .button = "Cancel", .before = [&] {
-                const std::size_t before = Completed().size();
-                server_.Release();
-                RunUntil([&] { return Script("frames[0]?.document.body?.textContent") == "inner"; }, "the frame");
-                EXPECT_THAT(Completed(), SizeIs(before)) << "a later event waits for the answer";
-            }});
-    Expect({.text = kFillQuestion, .button = "Ok"});
-    SetOff(server_.Url("/login.html"));
-    WaitForDocument(server_.Url("/inner.html"));
-    EXPECT_EQ(Script("document.querySelector('input').value"), "second");
-}
-
 TEST_F(HostilePages, ANavigationWithoutADocumentPlaysNothingAndClearsTheLine)
 {
     Press("cmdAutoClick");
@@ -195,20 +175,6 @@ TEST_F(HostilePages, AHandlerThatAsksTheEngineDoesNotStopAFill)
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(4)) << "no wait ran into its limit";
 }
 
-TEST_F(HostilePages, NamesAndClocksOfThePageDoNotReachTheAgent)
-{
-    Press("cmdPrompt");
-    server_.Page("/login.html",
-                 "<script>setInterval(() => { for (let i = 0; i < 10000; ++i) clearTimeout(i); }, 1);</script>"
-                 "<form name='forms'></form><img name='URL'><img name='addEventListener'><img name='scripts'>"
-                 "<form action='to.cgi' method='post'><input name='a'><input name='b'><input name='getAttribute'>"
-                 "<input name='querySelector'><input name='elements'><button>Go</button></form>");
-    KeepSecret("/login.html");
-    SetOff(server_.Url("/login.html"));
-    RunUntil([&] { return !server_.Bodies("/to.cgi").empty(); }, "the filled form");
-    EXPECT_THAT(server_.Bodies("/to.cgi"), ElementsAre("a=secret&b=too&getAttribute=&querySelector=&elements="));
-}
-
 TEST_F(HostilePages, WhatAPageMakesTheProgramComputeDoesNotHoldTheWindow)
 {
     const Heartbeat heart;
@@ -226,23 +192,6 @@ TEST_F(HostilePages, WhatAPageMakesTheProgramComputeDoesNotHoldTheWindow)
         "<body><script>for (let i = 0; i < 5; ++i) { const form = document.createElement('form');"
         "form.action = 'x'.repeat(1e6); document.body.append(form); }</script>");
     EXPECT_LT(heart.Longest(), 1.0);
-}
-
-TEST_F(HostilePages, WindowsWithoutEndAreRefusedWithoutAQuestion)
-{
-    Show("<p id='p'>page</p>");
-    for (int i = 0; i < 3; ++i) {
-        Expect({.text = "Pop-up window is required, do you want to block pop-up?", .button = "Yes", .before = [&, i] {
-                    EXPECT_EQ(Form().glngNoOfPopupBlocked, i);
-                }});
-    }
-    Script("for (let i = 0; i < 50; ++i) window.open('/to.cgi'); 1");
-    EXPECT_EQ(Form().StatusBar1.Panels(2).Text(), "50 Pop-up is blocked");
-    // A click gives the page another chance.
-    Expect({.text = "Pop-up window is required, do you want to block pop-up?", .button = "Yes"});
-    Click("#p");
-    Script("window.open('/to.cgi'); 1");
-    EXPECT_EQ(Form().glngNoOfPopupBlocked, 51);
 }
 
 TEST_F(HostilePages, EventsOfAgentsThatNobodyKnowsAreDropped)

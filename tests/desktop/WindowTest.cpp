@@ -1,6 +1,4 @@
 // The main window on the screen: where things stand, what reads in full, mouse and keyboard.
-#include <gtkmm/columnview.h>
-
 #include <sstream>
 
 #include "platform/desktop/ControlSlot.h"
@@ -292,15 +290,11 @@ TEST_F(MainWindowOnScreen, TheCloseBoxIsExitWhateverIsOpen)
     RunUntil([this] { return AllAnswered(); }, "the exit after the question");
 
     Expect({.text = question, .button = "No"});
-    const sigc::connection watch = Glib::signal_timeout().connect(
-        [this] {
-            const bool isThere = OpenWindow("Default Home Page Setup");
-            if (isThere) PressCloseBox();
-            return !isThere;
-        },
-        10);
-    Form().mnuHome.Click.Raise();
-    EXPECT_EQ(Asked().size(), 2U) << "the dialog's handler comes to its end first";
+    const auto open = [this] {
+        Form().mnuHome.Click.Raise();
+        EXPECT_EQ(Asked().size(), 2U) << "the dialog's handler comes to its end first";
+    };
+    InDialog("Default Home Page Setup", open, [this](Gtk::Window&) { PressCloseBox(); });
     RunUntil([this] { return AllAnswered(); }, "the exit after the dialog");
 
     Expect({.text = question, .button = "No", .before = [this] { PressCloseBox(); }});
@@ -318,31 +312,6 @@ TEST_F(MainWindowOnScreen, TheTickerTicks)
     Form().Timer1.Enabled = true;
     RunUntil([&] { return TextOf("StatusBar1Panel1") == "......"; }, "three ticks");
     Form().Timer1.Enabled = false;
-}
-
-TEST_F(MainWindowOnScreen, AHundredThousandRowsStaySmooth)
-{
-    constexpr int kRows = 100000;
-    Press("cmdHideRecord");
-    Form().lvwPermanent.Sorted = false;  // As while the records are read from their files.
-    for (int i = 0; i < kRows; ++i) {
-        const std::string number = std::to_string((i + 1) * 7919LL % kRows);
-        AddRow("Record " + number, "u:" + number);
-    }
-    auto& view = Widget<Gtk::ColumnView>("lvwPermanent");
-    auto scroll = view.get_vadjustment();
-    RunUntil([&] { return scroll->get_upper() > kRows * 10.0; }, "a long list");
-    for (int step = 1; step <= 10; ++step) {
-        scroll->set_value(scroll->get_upper() * step / 10 - scroll->get_page_size());
-        g_main_context_iteration(nullptr, FALSE);
-    }
-    ClickOn(Widget("lvwPermanentColumn1"));
-    RunUntil([&] { return Form().lvwPermanent.Item(1).Text() == "Record 0"; }, "the sorted list");
-    SelectRow("lvwPermanent", kRows);
-    EXPECT_TRUE(IsSelected(kRows));
-    int cells = 0;
-    EachLabel(view, [&cells](Gtk::Label&) { ++cells; });
-    EXPECT_LT(cells, 3000) << "only rows in sight have widgets";
 }
 
 TEST_F(MainWindowOnScreen, BadTextsArePlainTextOnOneLine)

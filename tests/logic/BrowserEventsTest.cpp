@@ -139,5 +139,16 @@ TEST_F(BrowserEventsOfHostilePages, KeepNoMoreThanTheirShare)
     EXPECT_EQ(decided_, announced_);
 }
 
+TEST_F(BrowserEventsOfHostilePages, AskAboutThreeWindowsUntilTheUserActsAgain)
+{
+    int asked = 0;
+    control_.NewWindow2.Add([&](bool& cancel) { asked += std::exchange(cancel, true) ? 0 : 1; });
+    for (int i = 0; i < 50; ++i) EXPECT_FALSE(events_.AllowsWindow());
+    EXPECT_EQ(asked, 3);
+    events_.NoteUserAct();
+    EXPECT_FALSE(events_.AllowsWindow());
+    EXPECT_EQ(asked, 4);
+}
+
 }  // namespace
 }  // namespace velmora::test

@@ -54,11 +54,6 @@ protected:
         if (faults.where != "List" && faults.where != "Read" && faults.where != "Write") ExpectFilesOfRows();
     }
 
-    static std::string FileOf(const RecordItem& record)
-    {
-        return BytesOfText(frmBrowser::BuildSessionXml(record) + "\r\n");
-    }
-
     /// Deletes all records of a tab but the one that was there from the start.
     void DeleteAll(int tab)
     {

@@ -116,8 +116,7 @@ Lines LogicHarness::SessionFiles() const
 void LogicHarness::Keep(const RecordItem& record)
 {
     files.Folders.insert("/app/session");
-    files.Texts["/app/session/" + frmBrowser::MakeSessionFileName(record.Url) + ".xml"] =
-        frmBrowser::BuildSessionXml(record) + "\r\n";
+    files.Texts["/app/session/" + frmBrowser::MakeSessionFileName(record.Url) + ".xml"] = FileOf(record);
 }
 
 }  // namespace velmora::test

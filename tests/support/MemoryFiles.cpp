@@ -1,8 +1,12 @@
 #include "tests/support/MemoryFiles.h"
 
+#include "platform/text/CodePage.h"
+#include "shell/frmBrowser.h"
 #include "tests/support/Faults.h"
 
 namespace velmora::test {
+
+std::string FileOf(const RecordItem& record) { return BytesOfText(frmBrowser::BuildSessionXml(record) + "\r\n"); }
 
 bool MemoryFiles::Exists(const std::string& path)
 {

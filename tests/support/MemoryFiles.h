@@ -11,8 +11,12 @@
 #include "platform/Files.h"
 #include "platform/Proxy.h"
 #include "platform/ProxyTable.h"
+#include "records/RecordItem.h"
 
 namespace velmora::test {
+
+/// The bytes of a record's file as the program writes it.
+std::string FileOf(const RecordItem& record);
 
 class MemoryFiles : public Files {
 public:
