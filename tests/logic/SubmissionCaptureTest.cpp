@@ -87,6 +87,17 @@ TEST_F(SubmissionCapture, QueriesStayWhereTheyWere)
                                   "Session2 | Form | http://shop/login.html | http://else/login.asp | B=%zz&?c#d"}));
 }
 
+TEST_F(SubmissionCapture, AnActionThatIsTheWholeAddressKeepsItsCase)
+{
+    site["http://shop/whole.html"] = {.forms = {{"http://Shop/Sub/Go.CGI", {Text("A", "1")}}}};
+    site["http://shop/none.html"] = {.forms = {{""}}};
+    Go("http://shop/none.html");
+    Follow("http://shop/whole.html");
+    dialogs.Answers = {Answer::No};
+    Send("http://shop/SUB/Go.CGI", "A=1");
+    EXPECT_EQ(Program().ListView1.Item(1).SubItem("Action"), "http://shop/SUB/Go.CGI");
+}
+
 TEST_F(SubmissionCapture, TheOldestEntryWinsAndAfterAFrameSetAnyPostGoesThrough)
 {
     Go("http://shop/frames.html");
