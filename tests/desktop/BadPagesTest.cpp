@@ -36,6 +36,16 @@ TEST_F(BadPages, AnEmptyAddressAndAPageThatIsNoHtmlKeepTheWindowRunning)
     ExpectGoWorks();
 }
 
+TEST_F(BadPages, ACertificateThatNobodyTrustsIsRefused)
+{
+    WebServer secure(WebServer::Scheme::Https);
+    secure.Page("/", "secret");
+    SetOff(secure.Url("/"));
+    AwaitExplanation();
+    EXPECT_THAT(Script("document.body.innerText"), HasSubstr("certificate"));
+    EXPECT_TRUE(secure.Requests().empty());
+}
+
 TEST_F(BadPages, AWebProcessThatDiesInTheMiddleOfAReadFailsTheReadAndIsTold)
 {
     Show("/form.html", "<form><input name='a' oninput='for (;;);'></form>");
