@@ -107,7 +107,7 @@ ListView::ListView(Container& parent, std::string name)
       byText_([this](const ListItem& row) { return LowerCase(row.Cell(indexed_)); })
 {
     const auto sortAnew = [this] {
-        order_ = Order::Unknown;
+        SetOrder(Order::Unknown);
         Sort();
     };
     SortKey.Changed.Add(sortAnew);

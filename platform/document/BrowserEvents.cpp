@@ -57,7 +57,8 @@ void BrowserEvents::OnBegun(const PagePlace& place, const std::string& url, bool
     // The empty document with which a frame begins finishes only if nothing else is loaded into it.
     if (url == "about:blank" || unfinished_.size() >= kMostUnfinished) return;
     const bool isLong = url.size() > kLongestUnfinishedUrl;
-    unfinished_[{place.channel.get(), place.document.frame}] = {Clock::now(), isLong ? std::string() : url, isTop};
+    unfinished_[{place.channel.get(), place.document.frame}] = {Clock::now(), place.document.number,
+                                                                isLong ? std::string() : url, isTop};
 }
 
 void BrowserEvents::OnFinished(const PagePlace& place, const std::string& url, bool isTop,
@@ -245,7 +246,7 @@ void BrowserEvents::HandleSubmission(const PageSubmission& submission)
 void BrowserEvents::Resume(const PageAction& action, const std::string& url)
 {
     Sender* const sender = Find(action.place.document);
-    if (!sender) return ResumeUnfinished(action);
+    if (!sender) return ResumeUnfinished(action, url);
     const bool hasStayed = sender->userActs && action.userActs > *sender->userActs;
     sender->userActs = action.userActs;
     if (!hasStayed && !action.isNews) return;
@@ -253,11 +254,12 @@ void BrowserEvents::Resume(const PageAction& action, const std::string& url)
     control_.DocumentResumed.Raise(frame, url.empty() ? sender->url : url);
 }
 
-void BrowserEvents::ResumeUnfinished(const PageAction& action)
+void BrowserEvents::ResumeUnfinished(const PageAction& action, const std::string& url)
 {
     const auto begun = unfinished_.find({action.place.channel.get(), action.place.document.frame});
-    if (!action.isNews || begun == unfinished_.end() || begun->second.url.empty()) return;
-    const auto address = reported_(begun->second.url, begun->second.isTop);
+    if (!action.isNews || begun == unfinished_.end() || begun->second.document != action.place.document.number) return;
+    const std::string& known = url.empty() ? begun->second.url : url;
+    const auto address = known.empty() ? std::nullopt : reported_(known, begun->second.isTop);
     PageFrame frame(action.place);
     if (address) control_.DocumentResumed.Raise(frame, *address);
 }

@@ -76,7 +76,7 @@ private:
     /// with a form that has come to it.
     void Resume(const PageAction& action, const std::string& url);
     /// The same for a document that the user did not wait for.
-    void ResumeUnfinished(const PageAction& action);
+    void ResumeUnfinished(const PageAction& action, const std::string& url);
     bool Waits(Kind kind) const;
     /// Whether a document is gone. What a page says of its end comes too late where it can be told.
     static bool IsGone(const PagePlace& place);
@@ -96,6 +96,7 @@ private:
 
     struct Unfinished {
         Clock::time_point since;
+        std::uint64_t document = 0;
         std::string url;  ///< Empty if it is too long to be kept.
         bool isTop = false;
     };

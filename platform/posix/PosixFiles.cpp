@@ -197,7 +197,7 @@ std::string ReadWhole(int fd, const std::string& path)
     struct stat status {};
     if (::fstat(fd, &status) != 0) Fail("cannot read", path, errno);
     if (!S_ISREG(status.st_mode)) throw FileError(path + " is no plain file");
-    // A file that grows meanwhile is read on; one byte of room more tells at once that it does not.
+    // Read to its end, which may be another by now; a file of the length that is known needs one call.
     std::string bytes;
     for (std::size_t size = 0;;) {
         const auto known = static_cast<std::size_t>(status.st_size);
@@ -206,9 +206,8 @@ std::string ReadWhole(int fd, const std::string& path)
         const ssize_t got = ::read(fd, bytes.data() + size, bytes.size() - size);
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) Fail("cannot read", path, errno);
-        const bool isFull = size + static_cast<std::size_t>(got) == bytes.size();
         size += static_cast<std::size_t>(got);
-        if (isFull) continue;
+        if (got > 0 && size != known) continue;
         bytes.resize(size);
         return bytes;
     }
@@ -316,7 +315,7 @@ std::string PosixFiles::Read(const std::string& path)
         std::string bytes = ReadWhole(fd.Get(), place);
         if (!unseen_.empty()) unseen_.erase(place);
         return bytes;
-    } catch (const FileError&) {
+    } catch (...) {
         unseen_.insert(place);
         throw;
     }

@@ -300,7 +300,8 @@
     // A button that is disabled, and one that has left the page, may come to be of use yet.
     ready: (handle) => {
       const button = standing(handle);
-      return [dom.isConnected(button) && !dom.matches(button, ":disabled") ? 1 : 0];
+      const isUsable = dom.isForm(button) ? enterLineOf(button) !== undefined : !dom.matches(button, ":disabled");
+      return [dom.isConnected(button) && isUsable ? 1 : 0];
     },
   };
 

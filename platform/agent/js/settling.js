@@ -173,6 +173,8 @@
   /** Whether a form goes out that the user has filled in before it was looked for, or the document finished. */
   function isNews(form) {
     const now = sketch(form);
+    // What a page that is still loading hands on by itself has nothing to fill in.
+    if (toldAddress === null && !hasNames(now)) return false;
     if (!hasActed || known.some((before) => isSame(now, before))) return false;
     clock.after(0, () => known.push(now));
     return true;

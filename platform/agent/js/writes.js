@@ -8,7 +8,7 @@
   // comes; a change that comes without one is lost to them. Pages that act on certain keys do not act on
   // one of this name.
   const kNoKey = { key: "Unidentified" };
-  const kEnter = { key: "Enter", code: "Enter", keyCode: 13 };
+  const kEnter = { key: "Enter", code: "Enter", keyCode: 13, which: 13 };
 
   const press = (field, type, key = kNoKey) =>
     dom.dispatch(field, new KeyboardEvent(type, { bubbles: true, cancelable: true, composed: true, ...key }));
@@ -66,8 +66,8 @@
   /** Enter in the one line of a form. A page may take the key for itself. */
   function sendByEnter(line) {
     const { form } = line;
-    const goesOn = press(line, "keydown", kEnter) && press(line, "keypress", kEnter);
-    if (goesOn && dom.isConnected(line) && line.form === form) dom.requestSubmit(form);
+    const goesOn = press(line, "keydown", kEnter) && press(line, "keypress", { ...kEnter, charCode: 13 });
+    if (goesOn && dom.isConnected(line) && forms.enterLineOf(form) === line) dom.requestSubmit(form);
     press(line, "keyup", kEnter);
   }
 
