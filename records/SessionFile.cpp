@@ -51,19 +51,12 @@ void frmBrowser::ParseSessionXml(const std::string& text, RecordItem& record)
 
 std::string frmBrowser::GetXmlElement(const std::string& text, const std::string& tag)
 {
-    const std::string opening = tag + ">";
-    const std::string closing = "/" + opening;
-    std::size_t value = std::string::npos;
-    for (std::size_t at = text.find('<'); at != std::string::npos; at = text.find('<', at)) {
-        const std::string_view rest = std::string_view(text).substr(++at);
-        const bool isInside = value != std::string::npos;
-        const std::string& wanted = isInside ? closing : opening;
-        if (!EqualIgnoringCase(rest.substr(0, wanted.size()), wanted)) continue;
-        if (isInside) return text.substr(value, at - 1 - value);
-        value = at + opening.size();
-        at = value;
-    }
-    return {};
+    const std::string opening = "<" + tag + ">";
+    const std::size_t begin = FindIgnoringCase(text, opening);
+    if (begin == std::string::npos) return {};
+    const std::size_t value = begin + opening.size();
+    const std::size_t end = FindIgnoringCase(text, "</" + tag + ">", value);
+    return end == std::string::npos ? std::string() : text.substr(value, end - value);
 }
 
 std::string frmBrowser::MakeSessionFileName(const std::string& Url)

@@ -53,20 +53,7 @@ PackedTexts::Views PackedTexts::Unpacked() const
     return texts;
 }
 
-std::string_view PackedTexts::At(std::size_t i) const
-{
-    const std::size_t count = Count();
-    if (i >= count) return {};
-    const unsigned char* at = bytes_.get() + 1;
-    std::size_t before = 0;
-    std::size_t length = 0;
-    for (std::size_t each = 0; each < count; ++each) {
-        const std::size_t present = ReadLength(at);
-        if (each < i) before += present;
-        if (each == i) length = present;
-    }
-    return {reinterpret_cast<const char*>(at) + before, length};
-}
+std::string_view PackedTexts::At(std::size_t i) const { return i < kMost ? Unpacked()[i] : std::string_view(); }
 
 void PackedTexts::Set(std::size_t i, std::string_view text)
 {

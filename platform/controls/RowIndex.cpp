@@ -14,7 +14,7 @@ constexpr std::size_t kFewestSlots = 16;
 void RowIndex::Add(ListItem& row)
 {
     if ((count_ + 1) * 5 > slots_.rows.size() * 4) Grow();
-    Put(slots_, &row, HashOf(textOf_(row)));
+    Put(&row, HashOf(textOf_(row)));
     ++count_;
 }
 
@@ -55,22 +55,22 @@ std::uint32_t RowIndex::HashOf(const std::string& text)
     return static_cast<std::uint32_t>(std::hash<std::string>{}(text));
 }
 
-void RowIndex::Put(Slots& slots, ListItem* row, std::uint32_t hash)
+void RowIndex::Put(ListItem* row, std::uint32_t hash)
 {
-    std::size_t i = hash % slots.rows.size();
-    while (slots.rows[i]) i = (i + 1) % slots.rows.size();
-    slots.rows[i] = row;
-    slots.hashes[i] = hash;
+    std::size_t i = hash % slots_.rows.size();
+    while (slots_.rows[i]) i = Next(i);
+    slots_.rows[i] = row;
+    slots_.hashes[i] = hash;
 }
 
 void RowIndex::Grow()
 {
     const std::size_t size = std::max(kFewestSlots, 2 * slots_.rows.size());
     Slots grown{std::vector<ListItem*>(size), std::vector<std::uint32_t>(size)};
-    for (std::size_t i = 0; i < slots_.rows.size(); ++i) {
-        if (slots_.rows[i]) Put(grown, slots_.rows[i], slots_.hashes[i]);
+    const Slots before = std::exchange(slots_, std::move(grown));
+    for (std::size_t i = 0; i < before.rows.size(); ++i) {
+        if (before.rows[i]) Put(before.rows[i], before.hashes[i]);
     }
-    slots_ = std::move(grown);
 }
 
 }  // namespace velmora

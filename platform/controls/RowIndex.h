@@ -33,7 +33,7 @@ private:
     };
 
     static std::uint32_t HashOf(const std::string& text);
-    static void Put(Slots& slots, ListItem* row, std::uint32_t hash);
+    void Put(ListItem* row, std::uint32_t hash);
     std::size_t Next(std::size_t i) const { return (i + 1) % slots_.rows.size(); }
     void Grow();
 

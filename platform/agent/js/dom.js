@@ -115,6 +115,8 @@
     forms: () => select("form").filter(isForm),
     scripts: () => read(Document, "scripts", document),
     address: () => read(Document, "URL", document),
+    /** An action that is a script says nothing of where a form goes: the page sends the data itself. */
+    isScript: (action) => action.startsWith("javascript:"),
     charset: () => read(Document, "characterSet", document),
     shadowOf: (element) => shadowOf.call(element),
     rootOf: (node) => getRootNode.call(node),

@@ -96,9 +96,6 @@
     return file !== "" && file !== "." && file !== "..";
   }
 
-  /** An action that is a script says nothing: the page sends the data itself. */
-  const isScript = (address) => address.startsWith("javascript:");
-
   /**
    * A form's action without its fragment, as the page spells it, as far as it names a file and the engine
    * announces it in the same way; otherwise the address that is announced. A form without an action goes
@@ -106,11 +103,11 @@
    */
   function spelledAction(form) {
     const action = dom.read(HTMLFormElement, "action", form);
-    const attribute = isScript(action) ? "" : dom.attribute(form, "action") ?? "";
+    const attribute = dom.isScript(action) ? "" : dom.attribute(form, "action") ?? "";
     const [written] = attribute.trim().split("#", 1);
     const isSpelledSo = /^[\w!#$%&()*+,./:;=?@[\]~-]*$/.test(written);
     if (isSpelledSo && namesFile(written)) return written;
-    const [whole] = (isScript(action) ? dom.address() : action).split("#", 1);
+    const [whole] = (dom.isScript(action) ? dom.address() : action).split("#", 1);
     if (namesFile(written)) return forTag(whole);
     // The fields of a get form take the place of the query; only a file's name would tell all the same.
     const isReplaced = dom.read(HTMLFormElement, "method", form) === "get" && !namesFile(whole);
@@ -241,8 +238,9 @@
 
   function controlFacts(fields, form = null) {
     const facts = fields.map(factsOf);
+    const mayLackButton = form !== null && !fields.some((field) => typeOf(field) === "submit");
     // A form that Enter sends is itself the button that it lacks.
-    if (form !== null && enterLineOf(form) !== undefined) facts.push([handleOf(form), "", "submit", "", 0, "", 0]);
+    if (mayLackButton && enterLineOf(form) !== undefined) facts.push([handleOf(form), "", "submit", "", 0, "", 0]);
     return [facts.length, ...facts.flat()];
   }
 
@@ -289,9 +287,10 @@
       for (const form of forms) marks.set(handleOf(form), markOfForm(form));
       return [frames.length, ...frames, forms.length, ...forms.flatMap(formFacts)];
     },
-    form: (handle) => controlFacts(listForm(Number(handle)), formOf(Number(handle))),
+    form: (handle) => controlFacts(listForm(Number(handle)), nodeOf(handle)),
     tag: (name) => controlFacts(dom.select(name.toLowerCase()).filter((element) => dom.matches(element, kFields))),
-    markup: (order, ...given) => [formsInOrder(order === "only" ? order : "all", given).map(tagOf).join("\n")],
+    // In the order of the page, since a tag is found by its id.
+    markup: (order, ...given) => [(order === "only" ? given.map(nodeOf) : dom.forms()).map(tagOf).join("\n")],
     frame: (index) => {
       const agent = agentInside(Number(index));
       if (agent?.answer === undefined) throw new Error("the frame has no document");

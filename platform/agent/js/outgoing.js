@@ -58,8 +58,7 @@
       submitter["form" + name] : dom.read(HTMLFormElement, attribute, form));
     const target = targetName(submitter?.getAttribute("formtarget")) ?? targetOf(form);
     const action = effective("action", "Action");
-    // An action that is a script says nothing: the page sends the data itself.
-    const address = action.startsWith("javascript:") ? dom.address() : action;
+    const address = dom.isScript(action) ? dom.address() : action;
     return { method: effective("method", "Method"), address, target };
   }
 
