@@ -14,9 +14,7 @@ namespace {
 constexpr std::size_t kMostWaiting = 1000;
 constexpr std::size_t kMostWaitingBytes = std::size_t{32} << 20;
 constexpr std::size_t kMostSenders = 256;
-constexpr std::size_t kMostSenderBytes = std::size_t{16} << 20;
 constexpr std::size_t kMostUnfinished = 1000;
-constexpr std::size_t kLongestUnfinishedUrl = std::size_t{16} << 10;
 constexpr int kMostRefusals = 3;
 
 // A document rests two seconds after its load at the latest, and nothing is loading when this counts.
@@ -56,9 +54,7 @@ void BrowserEvents::OnBegun(const PagePlace& place, const std::string& url, bool
     if (isTop) unfinished_.clear();
     // The empty document with which a frame begins finishes only if nothing else is loaded into it.
     if (url == "about:blank" || unfinished_.size() >= kMostUnfinished) return;
-    const bool isLong = url.size() > kLongestUnfinishedUrl;
-    unfinished_[{place.channel.get(), place.document.frame}] = {Clock::now(), place.document.number,
-                                                                isLong ? std::string() : url, isTop};
+    unfinished_[{place.channel.get(), place.document.frame}] = Clock::now();
 }
 
 void BrowserEvents::OnFinished(const PagePlace& place, const std::string& url, bool isTop,
@@ -97,7 +93,7 @@ void BrowserEvents::OnSubmitted(PageSubmission submission)
 bool BrowserEvents::Rest()
 {
     // A frame may be taken out of its page before its document finishes, and nobody tells.
-    std::erase_if(unfinished_, [](const auto& each) { return Clock::now() - each.second.since > kLongestUnfinished; });
+    std::erase_if(unfinished_, [](const auto& each) { return Clock::now() - each.second > kLongestUnfinished; });
     if (!unfinished_.empty()) return false;
     if (!isAwaited_ || !items_.empty()) return true;
     Add({Kind::Ended, {}, 0, [this] {
@@ -170,8 +166,8 @@ void BrowserEvents::ForgetFinished(const wire::DocumentName& document)
 void BrowserEvents::Complete(const PagePlace& place, const std::string& url, const std::vector<std::string>& laterForms)
 {
     const PageTurn turn(place);
-    Sender* known = Find(place.document);
     if (!laterForms.empty()) {
+        const Sender* const known = Find(place.document);
         PageFrame frame(place, {FormOrder::Kind::Only, laterForms});
         // A page that answers a form at its own address must not be filled for ever.
         if (known && !known->isRepeated) control_.FormsAdded.Raise(frame, url);
@@ -179,12 +175,7 @@ void BrowserEvents::Complete(const PagePlace& place, const std::string& url, con
         return;
     }
     isAwaited_ = false;
-    if (!known) {
-        known = &senders_.emplace_back(Sender{place.document, {}, {}});
-    }
-    known->url = url;
-    known->isRepeated = std::exchange(lastFinished_, url) == url;
-    DropOldSenders();
+    FindOrAdd(place.document).isRepeated = std::exchange(lastFinished_, url) == url;
     PageFrame frame(place);
     control_.DocumentComplete.Raise(frame, url);
 }
@@ -214,7 +205,7 @@ void BrowserEvents::HandleNavigation(const Navigation& navigation)
     if (navigation.cause) {
         event.TargetFrameName = navigation.cause->target;
         event.PostData = navigation.cause->body;
-        if (isForm) Resume(*navigation.cause, {});
+        if (isForm) Resume(*navigation.cause);
     }
     isAwaited_ = true;
     control_.BeforeNavigate2.Raise(event);
@@ -236,41 +227,22 @@ void BrowserEvents::HandleSubmission(const PageSubmission& submission)
     }
     {
         const PageTurn turn(action.place);
-        Resume(action, submission.url);
+        Resume(action);
         control_.BeforeNavigate2.Raise(event);
     }
     // The page stays; but it may be on its way elsewhere all the same.
     if (!isAwaited_) control_.NavigationEnded.Raise();
 }
 
-void BrowserEvents::Resume(const PageAction& action, const std::string& url)
+void BrowserEvents::Resume(const PageAction& action)
 {
-    Sender* const sender = Find(action.place.document);
-    if (!sender) return ResumeUnfinished(action, url);
-    const bool hasStayed = sender->userActs && action.userActs > *sender->userActs;
-    sender->userActs = action.userActs;
+    Sender& sender = FindOrAdd(action.place.document);
+    const bool hasStayed = sender.userActs && action.userActs > *sender.userActs;
+    sender.userActs = action.userActs;
     if (!hasStayed && !action.isNews) return;
-    PageFrame frame(action.place);
-    control_.DocumentResumed.Raise(frame, url.empty() ? sender->url : url);
-}
-
-void BrowserEvents::ResumeUnfinished(const PageAction& action, const std::string& url)
-{
-    const auto begun = unfinished_.find({action.place.channel.get(), action.place.document.frame});
-    if (!action.isNews || begun == unfinished_.end() || begun->second.document != action.place.document.number) return;
-    const std::string& known = url.empty() ? begun->second.url : url;
-    const auto address = known.empty() ? std::nullopt : reported_(known, begun->second.isTop);
+    const auto address = reported_(action.documentUrl, action.isTop);
     PageFrame frame(action.place);
     if (address) control_.DocumentResumed.Raise(frame, *address);
-}
-
-void BrowserEvents::DropOldSenders()
-{
-    const auto bytes = [this] {
-        return std::accumulate(senders_.begin(), senders_.end(), std::size_t{0},
-                               [](std::size_t sum, const Sender& each) { return sum + each.url.size(); });
-    };
-    while (senders_.size() > kMostSenders || bytes() > kMostSenderBytes) senders_.pop_front();
 }
 
 BrowserEvents::Sender* BrowserEvents::Find(const wire::DocumentName& document)
@@ -278,6 +250,13 @@ BrowserEvents::Sender* BrowserEvents::Find(const wire::DocumentName& document)
     const auto found = std::find_if(senders_.begin(), senders_.end(),
                                     [&](const Sender& sender) { return sender.document == document; });
     return found == senders_.end() ? nullptr : &*found;
+}
+
+BrowserEvents::Sender& BrowserEvents::FindOrAdd(const wire::DocumentName& document)
+{
+    if (Sender* const known = Find(document)) return *known;
+    if (senders_.size() >= kMostSenders) senders_.pop_front();
+    return senders_.emplace_back(Sender{document, {}});
 }
 
 }  // namespace velmora

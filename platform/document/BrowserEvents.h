@@ -74,9 +74,7 @@ private:
     void HandleSubmission(const PageSubmission& submission);
     /// Announces what the user sends with a document from which something was sent before, which stayed, or
     /// with a form that has come to it.
-    void Resume(const PageAction& action, const std::string& url);
-    /// The same for a document that the user did not wait for.
-    void ResumeUnfinished(const PageAction& action, const std::string& url);
+    void Resume(const PageAction& action);
     bool Waits(Kind kind) const;
     /// Whether a document is gone. What a page says of its end comes too late where it can be told.
     static bool IsGone(const PagePlace& place);
@@ -94,23 +92,16 @@ private:
     bool isAwaited_ = false;       ///< A navigation was announced, and no document has finished since.
     int refusals_ = 0;             ///< Of windows, since the user last did anything.
 
-    struct Unfinished {
-        Clock::time_point since;
-        std::uint64_t document = 0;
-        std::string url;  ///< Empty if it is too long to be kept.
-        bool isTop = false;
-    };
-    /// The documents that have begun and not finished, by page and frame.
-    std::map<std::pair<const PageChannel*, std::uint64_t>, Unfinished> unfinished_;
-    /// Addresses of the documents that finished last, and what the user had done in them when they sent.
+    /// When the documents began that have not finished, by page and frame.
+    std::map<std::pair<const PageChannel*, std::uint64_t>, Clock::time_point> unfinished_;
+    /// A document that has finished or sent something, and what the user had done in it when it sent last.
     struct Sender {
         wire::DocumentName document;
-        std::string url;
         std::optional<std::uint64_t> userActs;
         bool isRepeated = false;  ///< Its address had just finished before, without an act of the user since.
     };
     Sender* Find(const wire::DocumentName& document);
-    void DropOldSenders();
+    Sender& FindOrAdd(const wire::DocumentName& document);
     std::deque<Sender> senders_;
     std::string lastFinished_;  ///< The address of the last document that finished since the user's last act.
 

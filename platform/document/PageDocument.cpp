@@ -69,11 +69,17 @@ private:
     PagePlace place_;
 };
 
-/// A request for forms in an order, as the agent takes it.
-std::vector<std::string> RequestFor(const char* what, const FormOrder& order)
+/// An order of forms as the agent takes it.
+const char* NameOf(FormOrder::Kind kind)
 {
     constexpr const char* kKinds[] = {"all", "first", "only"};
-    std::vector<std::string> request{what, kKinds[static_cast<int>(order.kind)]};
+    return kKinds[static_cast<int>(kind)];
+}
+
+/// A request for forms in an order.
+std::vector<std::string> RequestFor(const char* what, const FormOrder& order)
+{
+    std::vector<std::string> request{what, NameOf(order.kind)};
     request.insert(request.end(), order.handles.begin(), order.handles.end());
     return request;
 }
@@ -248,7 +254,10 @@ public:
     {
         const FormFacts& form = At(Facts().forms, i, "form");
         auto& elements = elements_[form.handle];
-        if (!elements) elements = std::make_shared<ElementList>(link_, std::vector<std::string>{"form", form.handle});
+        if (!elements) {
+            const std::vector<std::string> request{"form", form.handle, NameOf(order_.kind)};
+            elements = std::make_shared<ElementList>(link_, request);
+        }
         return std::make_shared<PageForm>(shared_from_this(), form, elements);
     }
 

@@ -20,21 +20,23 @@ struct PageAction {
     std::string body;            ///< Of a post, in the default encoding whatever the form's own is.
     std::uint64_t userActs = 0;  ///< Keys and buttons that the user has pressed in the document so far.
     std::string form;            ///< The handle of the form.
-    bool isNews = false;         ///< The form came to its document after that had finished, and was not told of.
-    bool staysHere = false;      ///< A link into the document that holds it.
+    bool isNews = false;         ///< The program has not been told of the form.
+    std::string documentUrl;     ///< Where the form stands. Of forms alone, as is isTop.
+    bool isTop = false;
+    bool staysHere = false;  ///< A link into the document that holds it.
 };
 
 /// What the texts of an action take.
 inline std::size_t BytesOf(const PageAction& action)
 {
-    return action.url.size() + action.method.size() + action.target.size() + action.body.size() + action.form.size();
+    return action.url.size() + action.method.size() + action.target.size() + action.body.size() + action.form.size() +
+           action.documentUrl.size();
 }
 
-/// A form that a page's own script has sent: what a navigation would have been, the address of the document,
-/// the time (milliseconds since 1970), the form as it was.
+/// A form that a page's own script has sent: what a navigation would have been, the time (milliseconds since
+/// 1970), the form as it was.
 struct PageSubmission {
     PageAction action;
-    std::string url;
     std::uint64_t time = 0;
     FormSnapshot form;
 };

@@ -20,12 +20,11 @@ inline constexpr char kBegun[] = "velmora.begun";  ///< A new document: address,
 /// Address, top; the number and the handles of the forms that have come to a document which had finished.
 inline constexpr char kFinished[] = "velmora.finished";
 /// Address, method, target, the body (empty if the method is not "post"), how often the user has pressed
-/// a key or a button in the document, whether the form came after the document had finished and was not told
-/// of, and the handle of the form.
+/// a key or a button in the document, whether the program has not been told of the form, the document's
+/// address, top, and the handle of the form.
 inline constexpr char kFormData[] = "velmora.formdata";
 inline constexpr char kLink[] = "velmora.link";  ///< Address, target, whether it leads into the same document.
-/// As kFormData without the handle, but sent by the page's script; then the document's address,
-/// the time of the submission
+/// As kFormData without the handle, but sent by the page's script; then the time of the submission
 /// (milliseconds since 1970), and the facts of the form and its elements at that time.
 inline constexpr char kSubmitted[] = "velmora.submitted";
 inline constexpr char kError[] = "velmora.error";  ///< A fault in the agent's own script.

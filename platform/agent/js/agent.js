@@ -18,7 +18,7 @@
   const tellFault = (error) => tell("error", [error + "\n" + error.stack]);
   const dom = parts.dom(tellFault);
   const { clock } = parts;
-  const { encodingOf, recordedName, describe, targetOf } = parts.outgoing(dom, parts, () => acts);
+  const { encodingOf, recordedName, describe, goesToScript, targetOf } = parts.outgoing(dom, parts, () => acts);
   const forms = parts.forms(dom, recordedName);
   const writes = parts.writes(dom, forms);
 
@@ -136,8 +136,11 @@
     return goesOut ? lastSubmit.event.submitter : null;
   }
 
+  const isTop = window.parent === window ? 1 : 0;
+
   /** What the program is told of a form that goes out, and whether it has not been told of the form before. */
-  const describeSent = (form, ...rest) => [...describe(form, ...rest), settling.isNews(form) ? 1 : 0];
+  const describeSent = (form, ...rest) =>
+    [...describe(form, ...rest), settling.isNews(form) ? 1 : 0, dom.address(), isTop];
 
   let lastFacts = { formData: null, packed: "" };
 
@@ -184,14 +187,13 @@
   const submissions = parts.submissions(dom, {
     encodingOf,
     describe: describeSent,
+    goesToScript,
     forms,
     tell: (facts) => tell("submitted", facts),
     clock,
     watch: (isOn) => watch("submissions", isOn),
     acts: () => acts,
   });
-
-  const isTop = window.parent === window ? 1 : 0;
 
   // A page answers an event in promises, and a promise may lead to another: after a write this many
   // turns are left to them before the program hears what the write has changed.

@@ -36,8 +36,8 @@
 
   function typeOf(field) {
     if (kTextTypes.includes(field.type)) return "text";
-    const isButton = dom.nameOf(field) === "button" && dom.attribute(named(field), "type") === "submit";
-    return isButton ? "submit" : field.type ?? "";
+    const isSubmit = dom.nameOf(field) === "button" && dom.attribute(named(field), "type") === "submit";
+    return isSubmit ? "submit" : field.type ?? "";
   }
 
   /** The custom elements that give a form their data only when it goes out: the engine does not list them. */
@@ -59,14 +59,32 @@
       .filter((field) => field !== undefined);
   }
 
+  const isButton = (field) => typeOf(field) === "submit";
+  const isDisabled = (field) => dom.matches(field, ":disabled");
+
+  // Whether a field was disabled when it was first listed: the order must not change during a fill.
+  const wasDisabled = new WeakMap();
+
+  function comesLate(field) {
+    if (!wasDisabled.has(field)) wasDisabled.set(field, isDisabled(field));
+    return wasDisabled.get(field) && !isButton(field);
+  }
+
   /**
-   * The fields that a record can know, and behind them the buttons that submit without a name. What has
-   * no name and submits nothing is neither sent nor filled.
+   * The fields that a record can know: those that are sent, those that the page may yet enable, the buttons
+   * that submit without a name. What has no name and submits nothing is neither sent nor filled.
    */
   function controlsOf(form) {
     const fields = fieldsOf(form);
-    const isNamed = (field) => nameOf(field) !== "";
-    return [...fields.filter(isNamed), ...fields.filter((field) => !isNamed(field) && typeOf(field) === "submit")];
+    const named = fields.filter((field) => nameOf(field) !== "");
+    const nameless = fields.filter((field) => nameOf(field) === "" && isButton(field));
+    return [...named.filter((field) => !comesLate(field)), ...named.filter(comesLate), ...nameless];
+  }
+
+  /** The fields without those whose name another has sent in their place. */
+  function sentOf(fields) {
+    const sent = new Set(fields.filter((field) => !isButton(field) && !isDisabled(field)).map(nameOf));
+    return fields.filter((field) => isButton(field) || !isDisabled(field) || !sent.has(nameOf(field)));
   }
 
   // The kinds of lines of which a form must not have two for Enter to send it (HTML, "implicit submission").
@@ -81,8 +99,8 @@
     const fields = fieldsOf(form);
     const [line, ...others] = fields.filter((field) => dom.nameOf(field) === "input" && kLines.includes(field.type));
     if (line === undefined || others.length > 0 || typeOf(line) !== "text" || line.form !== form) return undefined;
-    const hasButton = fields.some((field) => typeOf(field) === "submit") || dom.matches(line, ":disabled");
-    return hasButton || dom.select("input[type=image i]").length > 0 ? undefined : line;
+    const hasButton = fields.some(isButton);
+    return hasButton || isDisabled(line) || dom.select("input[type=image i]").length > 0 ? undefined : line;
   }
 
   // --- Forms -------------------------------------------------------------------------------------
@@ -165,8 +183,7 @@
 
   const markOfForm = (form) => spelledAction(form) + "\n" + (dom.attribute(form, "id") ?? "");
   // Boxes of one name differ in what they send.
-  const valueIn = (field) => (["checkbox", "radio"].includes(field.type) ? field.value : "");
-  const markOfField = (field) => [typeOf(field), nameOf(field), valueIn(field)].join("\n");
+  const markOfField = (field) => [typeOf(field), nameOf(field), isBox(field) ? valueOf(field) : ""].join("\n");
 
   /** Never to a form that was there already: what is written must not land in another. */
   function formOf(handle) {
@@ -208,6 +225,17 @@
 
   // --- Facts -------------------------------------------------------------------------------------
 
+  /** A text as a record has it: there a plus sign stands for a blank. */
+  const recorded = (text) => text.replaceAll("+", " ");
+
+  const isBox = (field) => field.type === "checkbox" || field.type === "radio";
+
+  /** A field's value. Of a box it is what a tick sends: some pages have it follow the tick. */
+  function valueOf(field) {
+    if (!isBox(field)) return field.value ?? "";
+    return field.type === "checkbox" && field.value === "false" && !field.checked ? "true" : recorded(field.value);
+  }
+
   // What the program has been told of the options of a list.
   const toldOptions = new Map();
 
@@ -224,7 +252,7 @@
       handleOf(field),
       recordedName(nameOf(field), field.form ?? null),
       typeOf(field),
-      field.value ?? "",
+      valueOf(field),
       field.checked ? 1 : 0,
       // A picture need not be an attribute's: a style may draw it.
       dom.attribute(field, "src") ?? (field.type === "image" ? dom.address() : ""),
@@ -232,13 +260,13 @@
     const options = dom.nameOf(field) === "select" ? Array.from(field.options) : [];
     if (options.length > 0) toldOptions.set(handleOf(field), options.map(textsOf));
     facts.push(options.length);
-    for (const option of options) facts.push(option.text, option.value, option.selected ? 1 : 0);
+    for (const option of options) facts.push(recorded(option.text), recorded(option.value), option.selected ? 1 : 0);
     return facts;
   }
 
   function controlFacts(fields, form = null) {
     const facts = fields.map(factsOf);
-    const mayLackButton = form !== null && !fields.some((field) => typeOf(field) === "submit");
+    const mayLackButton = form !== null && !fields.some(isButton);
     // A form that Enter sends is itself the button that it lacks.
     if (mayLackButton && enterLineOf(form) !== undefined) facts.push([handleOf(form), "", "submit", "", 0, "", 0]);
     return [facts.length, ...facts.flat()];
@@ -287,7 +315,10 @@
       for (const form of forms) marks.set(handleOf(form), markOfForm(form));
       return [frames.length, ...frames, forms.length, ...forms.flatMap(formFacts)];
     },
-    form: (handle) => controlFacts(listForm(Number(handle)), nodeOf(handle)),
+    form: (handle, order) => {
+      const fields = listForm(Number(handle));
+      return controlFacts(order === "first" ? sentOf(fields) : fields, nodeOf(handle));
+    },
     tag: (name) => controlFacts(dom.select(name.toLowerCase()).filter((element) => dom.matches(element, kFields))),
     // In the order of the page, since a tag is found by its id.
     markup: (order, ...given) => [(order === "only" ? given.map(nodeOf) : dom.forms()).map(tagOf).join("\n")],
@@ -299,7 +330,7 @@
     // A button that is disabled, and one that has left the page, may come to be of use yet.
     ready: (handle) => {
       const button = standing(handle);
-      const isUsable = dom.isForm(button) ? enterLineOf(button) !== undefined : !dom.matches(button, ":disabled");
+      const isUsable = dom.isForm(button) ? enterLineOf(button) !== undefined : !isDisabled(button);
       return [dom.isConnected(button) && isUsable ? 1 : 0];
     },
   };
@@ -317,6 +348,6 @@
     handleOf,
     toldOption,
     optionOf,
-    snapshot: (form) => [...formFacts(form), ...controlFacts(controlsOf(form))],
+    snapshot: (form) => [...formFacts(form), ...controlFacts(sentOf(controlsOf(form)))],
   };
 })

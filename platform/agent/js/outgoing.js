@@ -52,14 +52,18 @@
     return targetName(dom.attribute(element, "target") ?? dom.first("base[target]")?.target ?? "");
   }
 
-  /** Method, address and target of a form, with what the button that submits it changes of them. */
+  /** The form's action or method, or what the button that submits it says in its place. */
+  const effective = (attribute, name, form, submitter) => (submitter?.hasAttribute("form" + attribute) ?
+    submitter["form" + name] : dom.read(HTMLFormElement, attribute, form));
+
+  const actionOf = (form, submitter) => effective("action", "Action", form, submitter);
+  const goesToScript = (form, submitter) => dom.isScript(actionOf(form, submitter));
+
+  /** Method, address and target with which a form goes out by a button. */
   function destinationOf(form, submitter) {
-    const effective = (attribute, name) => (submitter?.hasAttribute("form" + attribute) ?
-      submitter["form" + name] : dom.read(HTMLFormElement, attribute, form));
     const target = targetName(submitter?.getAttribute("formtarget")) ?? targetOf(form);
-    const action = effective("action", "Action");
-    const address = dom.isScript(action) ? dom.address() : action;
-    return { method: effective("method", "Method"), address, target };
+    const address = goesToScript(form, submitter) ? dom.address() : actionOf(form, submitter);
+    return { method: effective("method", "Method", form, submitter), address, target };
   }
 
   // A body that is longer is not told: nobody types so much.
@@ -72,5 +76,5 @@
     return [address, method, target, body.length <= kLongestBody ? body : "", acts()];
   }
 
-  return { encodingOf, recordedName, describe, targetOf };
+  return { encodingOf, recordedName, describe, goesToScript, targetOf };
 })

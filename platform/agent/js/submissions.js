@@ -4,6 +4,7 @@
 // function; given the ways into the document and what the agent has for it, it watches the submit events.
 //
 //   describe(form, submitter, entries): what the program is told of a submission with these entries
+//   goesToScript(form, submitter): whether the form's action is a script
 //   forms: the forms of the document
 //   encodingOf(form): the name of the encoding in which the form is sent
 //   tell(facts): sends it
@@ -12,7 +13,7 @@
 (function (dom, agent) {
   "use strict";
 
-  const { describe, forms, tell, encodingOf, clock, watch, acts } = agent;
+  const { describe, goesToScript, forms, tell, encodingOf, clock, watch, acts } = agent;
 
   // What a page sends because of a submission it sends within this time, in milliseconds.
   const kPatience = 2000;
@@ -78,10 +79,13 @@
     watch(false);
   }
 
+  /** Whether the page's script sends the data: in place of the engine, or as what the form goes to. */
+  const isByScript = ({ event, isToScript }) => isToScript || event.defaultPrevented;
+
   function count() {
-    const { event, facts } = pending;
+    const counted = pending;
     forget();
-    if (event.defaultPrevented) tell(facts);
+    if (isByScript(counted)) tell(counted.facts);
   }
 
   /** The page goes to another address. After something else that the user has done, it does so because of that. */
@@ -104,8 +108,9 @@
     const { target: form, submitter } = event;
     // Now, since the page's handlers may empty the form.
     const entries = entriesOf(form, submitter);
-    const facts = [...describe(form, submitter, entries), dom.address(), Date.now(), ...forms.snapshot(form)];
-    pending = { event, facts, values: valuesInAddress(entries), acts: acts() };
+    const facts = [...describe(form, submitter, entries), Date.now(), ...forms.snapshot(form)];
+    const isToScript = goesToScript(form, submitter);
+    pending = { event, isToScript, facts, values: valuesInAddress(entries), acts: acts() };
     patience = clock.after(kPatience, forget);
     watch(true);
   });
@@ -115,7 +120,7 @@
     /** The page makes a request: its method, address and mode (Fetch, "request mode"). */
     requested: (method, address, mode) => {
       if (pending === null) return;
-      if (!pending.event.defaultPrevented) forget();
+      if (!isByScript(pending)) forget();
       else if (mode === "navigate") moved();
       else if (isData(method, address, mode)) count();
     },

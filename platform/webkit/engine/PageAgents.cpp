@@ -29,7 +29,8 @@ PageAction ReadFormAction(wire::Reader& reader, const PagePlace& place)
     PageAction form;
     form.isForm = true;
     form.place = place;
-    reader.Read(form.url, form.method, form.target, form.body, form.userActs, form.isNews);
+    reader.Read(form.url, form.method, form.target, form.body, form.userActs, form.isNews, form.documentUrl,
+                form.isTop);
     if (form.body.size() > kLongestBody) form.body.clear();
     return form;
 }
@@ -53,7 +54,7 @@ PageSubmission ReadSubmission(wire::Reader& reader, const PagePlace& place)
 {
     PageSubmission submission;
     submission.action = ReadFormAction(reader, place);
-    reader.Read(submission.url, submission.time);
+    reader.Read(submission.time);
     submission.form.form = ReadForm(reader);
     submission.form.elements = ReadElements(reader);
     return submission;
