@@ -99,13 +99,16 @@ TEST_F(HostilePages, ANavigationWithoutADocumentPlaysNothingAndClearsTheLine)
     Show("<a id='here' href='#'>here</a>" + std::string(kLogin));
     KeepSecret("/page.html");
     Press("cmdPrompt");
+    int announced = 0;
+    Form().wbMyBrowser.BeforeNavigate2.Add([&](BeforeNavigate2Event&) { ++announced; });
+    const auto isAnnounced = [&] { return std::exchange(announced, 0) > 0; };
     SetOff(server_.Url("/nothing"));
-    RunUntil([&] { return Form().Timer1.Enabled(); }, "the navigation");
+    RunUntil(isAnnounced, "the navigation");
     LineIsClear("the end of an answer without a page");
     EXPECT_EQ(Script("document.querySelector('input').value"), "") << "the page that stands is not played";
     for (int i = 0; i < 2; ++i) {
         Click("#here");
-        RunUntil([&] { return Form().Timer1.Enabled(); }, "the click");
+        RunUntil(isAnnounced, "the click");
         LineIsClear("the end of a move within the page");
     }
     // A frame that fails, or goes while it loads, after its page has finished.
@@ -115,7 +118,7 @@ TEST_F(HostilePages, ANavigationWithoutADocumentPlaysNothingAndClearsTheLine)
         const std::string target = *then ? server_.Url("/slow") : closed;
         Script("{ const frame = document.createElement('iframe'); frame.src = '" + target +
                "'; document.body.append(frame); " + then + "} 1");
-        RunUntil([&] { return Form().Timer1.Enabled(); }, "the frame's navigation");
+        RunUntil(isAnnounced, "the frame's navigation");
         LineIsClear("the end of a late frame");
     }
 }
