@@ -114,7 +114,7 @@
     pairs: (i) => named(i).filter((field) => !isBox(field) || field.checked)
       .map((field) => String(new URLSearchParams([[nameOf(field), field.value.replace(/\r?\n/g, "\r\n")]]))).join("\n"),
     refused: (i) => fieldsOf(forms()[i]).filter((field) => !field.validity.valid).map(nameOf).join(),
-    /** Where to click to send: a place; "key": Enter, at what has the focus; "disabled"; "done": it is sent. */
+    /** Where to click to send: a place; "key": Enter, at what has the focus; "disabled". */
     send(i) {
       const form = forms()[i];
       const buttons = within(document).filter((element) => element.matches("button,input") &&
@@ -123,9 +123,8 @@
       if (button) return placeOf(button);
       if (buttons.length > 0) return "disabled";
       const lines = fieldsOf(form).filter((field) => field.matches("input") && kTyped.includes(field.type));
-      if (lines.length === 1) lines[0].focus();
-      else form.requestSubmit();
-      return lines.length === 1 ? "key" : "done";
+      lines.at(-1)?.focus();
+      return "key";
     },
     /** Where to click on the first button of a page, which may open a form. */
     opener() {
