@@ -2,6 +2,8 @@
 
 #include <gtkmm/widget.h>
 
+#include "platform/desktop/StartWindow.h"
+
 namespace velmora {
 
 namespace {
@@ -24,7 +26,7 @@ Program::Options Program::UserOptions()
 }
 
 Program::Program(Desktop& desktop, Dialogs& dialogs, const Options& options)
-    : files_(options.programFolder),
+    : desktop_(desktop), files_(options.programFolder),
       form_(Platform{.turns = turns_, .dialogs = dialogs, .files = files_, .proxy = proxy_, .proxyTable = proxyTable_}),
       engine_(form_.wbMyBrowser, dialogs, turns_, EngineOptions(options, files_)), timer_(form_.Timer1),
       view_(form_, desktop, [this](WebBrowser&) { return Glib::wrap(engine_.Widget()); })
@@ -37,6 +39,7 @@ Program::~Program() { proxy_.Attach(nullptr); }
 
 void Program::Start()
 {
+    const StartWindow announced(desktop_);
     form_.Form_Load();
     view_.Show();
 }

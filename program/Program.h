@@ -34,7 +34,7 @@ public:
     Program(Desktop& desktop, Dialogs& dialogs, const Options& options);
     ~Program();
 
-    /// The start-up sequence, then the window.
+    /// The start-up sequence, announced if it takes long, then the window.
     void Start();
 
     frmBrowser& Form() { return form_; }
@@ -42,6 +42,7 @@ public:
     MainWindowView& View() { return view_; }
 
 private:
+    Desktop& desktop_;
     Callbacks callbacks_;
     Turns turns_{[this](Turns::Action action) { callbacks_.Later(std::move(action)); }};
     PosixFiles files_;
