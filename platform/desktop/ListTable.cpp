@@ -139,7 +139,13 @@ void ListTable::WatchClicks(Gtk::Widget& title, int column)
     click->signal_released().connect([this, &title, column](int, double x, double y) {
         if (title.contains(x, y)) PressTitle(column);
     });
+    // Newer toolkits' titles claim the click for themselves: what is in one group has it together.
+    const auto others = title.observe_controllers();
     title.add_controller(click);
+    for (guint i = 0; i < others->get_n_items(); ++i) {
+        const auto other = std::dynamic_pointer_cast<Gtk::GestureClick>(others->get_object(i));
+        if (other && other != click) click->group(other);
+    }
 }
 
 bool ListTable::TakeFocus(Gtk::DirectionType direction)
