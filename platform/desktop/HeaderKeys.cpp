@@ -22,7 +22,10 @@ void HeaderKeys::Add(Gtk::Widget& title)
 {
     const std::size_t number = titles_.size();
     titles_.push_back(&title);
-    if (Gtk::Widget* header = title.get_parent()) header->set_can_focus(true);  // the toolkit keeps it out
+    if (Gtk::Widget* header = title.get_parent()) {
+        header->set_can_focus(true);  // the toolkit keeps it out
+        header->set_focusable(false);
+    }
     auto keys = Gtk::EventControllerKey::create();
     keys->signal_key_pressed().connect(
         [this, number](guint key, guint, Gdk::ModifierType) { return OnTitleKey(number, key); }, false);

@@ -63,8 +63,13 @@ Kind* FindInside(Gtk::Widget& widget)
 Glib::RefPtr<Gtk::ListItemFactory> CellFactory(int column)
 {
     auto factory = Gtk::SignalListItemFactory::create();
-    factory->signal_setup().connect(
-        [column](const Glib::RefPtr<Gtk::ListItem>& place) { place->set_child(*Gtk::make_managed<Cell>(column)); });
+    factory->signal_setup().connect([column](const Glib::RefPtr<Gtk::ListItem>& place) {
+        place->set_child(*Gtk::make_managed<Cell>(column));
+        // Newer toolkits let the keyboard into each cell of a row.
+        GObject* const object = G_OBJECT(place->gobj());
+        const bool isKnown = g_object_class_find_property(G_OBJECT_GET_CLASS(object), "focusable");
+        if (isKnown) g_object_set(object, "focusable", FALSE, nullptr);
+    });
     factory->signal_bind().connect([](const Glib::RefPtr<Gtk::ListItem>& place) {
         auto* cell = dynamic_cast<Cell*>(place->get_child());
         const auto object = std::dynamic_pointer_cast<RowObject>(place->get_item());

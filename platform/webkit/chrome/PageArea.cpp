@@ -108,6 +108,9 @@ GtkWidget* BoxInView(GtkWidget* view)
     return child;
 }
 
+/// Whether a page that has reached its end, and asks to move the focus, leaves the key to the window as well.
+bool LeavesTabKey() { return webkit_get_major_version() == 2 && webkit_get_minor_version() < 52; }
+
 /// Gives the focus to the view or, if it has it already, to the next place in it; false at its end.
 gboolean FocusView(PageKeys& keys, GtkDirectionType direction)
 {
@@ -115,9 +118,8 @@ gboolean FocusView(PageKeys& keys, GtkDirectionType direction)
     GtkWidget* box = BoxInView(view);
     if (box && gtk_widget_child_focus(box, direction)) return TRUE;
     if (!HoldsFocus(view)) return gtk_widget_grab_focus(view);
-    // A page that has reached its end asks to move the focus, and then leaves the key to the window as
-    // well, which asks for the same. One of the two must do: the key, which comes last.
-    return !box && !std::exchange(keys.isTabUnused, false);
+    // With such a key the window asks for the same. One of the two must do: the key, which comes last.
+    return !box && LeavesTabKey() && !std::exchange(keys.isTabUnused, false);
 }
 
 /// Tab goes through the page, then through the find row, then on.
