@@ -24,23 +24,50 @@ missing_packages() {
     packages_of "$@" | grep -vxF -f <(sed -n 's/^installed //p' <<<"$installed") || true
 }
 
-# need_packages <section>...: installs what is missing.
+# as_root <command>...: runs a command that only root may.
+as_root() {
+    if ((EUID == 0)); then "$@"; else sudo "$@"; fi
+}
+
+# plan_of <package>...: what apt-get would do to install these: every package that comes along, what is to be fetched,
+# what it takes on the disk. Changes nothing and needs no root; fails when the lists of packages do not know one.
+plan_of() {
+    LC_ALL=C apt-get --print-uris --no-install-recommends install "$@" 2>/dev/null |
+        sed -n '/^The following \(NEW\|packages will be\)/,/^After this operation/p'
+}
+
+fetch_lists() {
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq update ||
+        fail "the lists of packages could not be fetched"
+}
+
+# agreed <question>: asks, where somebody sits at a terminal; without one nobody is there to be asked.
+agreed() {
+    [[ -t 0 && -t 2 ]] || return 0
+    local answer
+    read -rp "$1 [Y/n] " answer && [[ $answer =~ ^([Yy]|[Yy]es)?$ ]]
+}
+
+# need_packages <section>...: installs what is missing. What that is, and how much, is shown first; the user may say no.
 need_packages() {
     command -v dpkg-query >/dev/null || fail "this system has no dpkg; Velmora is made for Debian 12"
-    local missing become=()
-    missing=$(missing_packages "$@" | tr '\n' ' ')
-    [[ -n $missing ]] || return 0
-    if ((EUID != 0)); then
-        command -v sudo >/dev/null ||
-            fail "these packages are missing, and without root or sudo they cannot be installed: $missing"
-        become=(sudo)
+    local missing plan
+    mapfile -t missing < <(missing_packages "$@")
+    ((${#missing[@]})) || return 0
+    ((EUID == 0)) || command -v sudo >/dev/null ||
+        fail "these packages are missing, and without root or sudo they cannot be installed: ${missing[*]}"
+    if ! plan=$(plan_of "${missing[@]}"); then
+        say "fetching the lists of packages"
+        fetch_lists
+        plan=$(plan_of "${missing[@]}") || fail "this system offers no such packages, or not all of: ${missing[*]}"
     fi
-    say "installing $missing"
-    "${become[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq update ||
-        fail "the list of packages could not be fetched; missing: $missing"
-    # shellcheck disable=SC2086
-    "${become[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq install -y --no-install-recommends $missing ||
-        fail "these packages could not be installed: $missing"
+    say "missing here: ${missing[*]}"
+    printf '%s\n' "$plan"
+    agreed "Install them?" || fail "nothing was installed, and without these it does not go on: ${missing[*]}"
+    say "installing"
+    fetch_lists
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq install -y --no-install-recommends "${missing[@]}" ||
+        fail "these packages could not be installed: ${missing[*]}"
 }
 
 # build <preset> [target]...: configures where that is due, then builds these targets, or all.
