@@ -25,7 +25,8 @@ class Files {
 public:
     virtual ~Files() = default;
 
-    /// The folder that the program lies in, without a slash at its end.
+    /// The folder for the user's files: the one that the program lies in, or, of a copy that others use as
+    /// well, one of the user's own. Without a slash at its end.
     virtual std::string ProgramFolder() = 0;
 
     /// Whether anything of that name exists.

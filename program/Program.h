@@ -20,8 +20,8 @@ namespace velmora {
 class Program {
 public:
     struct Options {
-        std::string programFolder;  ///< Where the session folder lies; empty: where the program lies.
-        std::string agentFolder;    ///< Where the page agent lies; empty: the folder "agent" beside the program.
+        std::string programFolder;  ///< Where the session folder lies.
+        std::string agentFolder;    ///< Where the page agent lies.
         std::string dataFolder;     ///< For cookies and site storage; empty: nothing is kept.
         std::string cacheFolder;
     };

@@ -9,6 +9,7 @@
 #include <gdkmm/monitor.h>
 #include <gtk/gtk.h>
 #include <gtkmm/cssprovider.h>
+#include <gtkmm/icontheme.h>
 #include <gtkmm/init.h>
 #include <gtkmm/stylecontext.h>
 
@@ -45,7 +46,8 @@ Gdk::Rectangle Screen()
 
 Desktop::Desktop()
 {
-    g_set_prgname("velmora");
+    // By this name the desktop finds the program's entry in the menu, under Wayland its icon, too.
+    g_set_prgname(VELMORA_ID);
     if (!gtk_init_check()) {
         throw std::runtime_error("Velmora needs a desktop to show its window on, and none can be reached.");
     }
@@ -53,7 +55,13 @@ Desktop::Desktop()
     std::setlocale(LC_NUMERIC, "C");
     Gtk::init_gtkmm_internals();
     LoadStyle();
+    Gtk::Window::set_default_icon_name(VELMORA_ID);
     loop_ = Glib::MainLoop::create();
+}
+
+void Desktop::FindIcons(const std::string& folder)
+{
+    Gtk::IconTheme::get_for_display(Gdk::Display::get_default())->add_search_path(folder);
 }
 
 int Desktop::Run()

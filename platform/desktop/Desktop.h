@@ -19,6 +19,9 @@ public:
     /// Connects to the desktop. Throws std::runtime_error if there is none to show windows on.
     Desktop();
 
+    /// Looks for the windows' icon in this folder as well as among the installed ones.
+    void FindIcons(const std::string& folder);
+
     /// Handles events until EndProgram, and gives the program's exit code. Returns at once if the
     /// program was ended already.
     int Run();

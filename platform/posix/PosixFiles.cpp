@@ -16,6 +16,7 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/posix/Folders.h"
 #include "platform/text/Search.h"
 
 namespace velmora {
@@ -211,15 +212,6 @@ std::string ReadWhole(int fd, const std::string& path)
         bytes.resize(size);
         return bytes;
     }
-}
-
-std::string FolderOfRunningProgram()
-{
-    std::string path(4096, '\0');
-    const ssize_t length = ::readlink("/proc/self/exe", path.data(), path.size());
-    if (length <= 0) return ".";
-    path.resize(static_cast<std::size_t>(length));
-    return FolderOf(path);
 }
 
 }  // namespace

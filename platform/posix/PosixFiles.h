@@ -21,7 +21,7 @@ public:
     /// No record comes near this; a file that is longer is neither read nor written.
     static constexpr std::size_t kMaxBytes = std::size_t{16} << 20;
 
-    /// Without a folder, ProgramFolder() is the one that the running program lies in.
+    /// `programFolder` is for the user's files; without one they lie where the running program does.
     explicit PosixFiles(std::string programFolder = {});
 
     /// The name under which a file lies where names have at most `limit` bytes.
