@@ -16,7 +16,7 @@ case ${1:-} in
 *) fail "usage: ./run.sh [demo]" ;;
 esac
 
-need_packages build run
+need_packages build run start
 build release velmora velmora_agent
 
 if [[ ${1:-} == demo ]] || ! have_display; then
@@ -24,6 +24,7 @@ if [[ ${1:-} == demo ]] || ! have_display; then
     need_packages demo
     exec tools/demo.sh
 fi
-cmake --install build/release --prefix app >/dev/null || fail "the program could not be put into app/"
+cmake --install build/release --prefix app --component folder >/dev/null ||
+    fail "the program could not be put into app/"
 say "starting app/velmora"
 exec app/velmora

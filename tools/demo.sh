@@ -11,7 +11,8 @@ if [[ ${1:-} != on-screen ]]; then
     rm -rf demo
     mkdir demo
     # A copy of its own, so that the user's records stay out of it.
-    cmake --install build/release --prefix demo/program >/dev/null || fail "build/release cannot be installed"
+    cmake --install build/release --prefix demo/program --component folder >/dev/null ||
+        fail "build/release cannot be installed"
     SCREEN=1280x1024x24 with_screen tools/demo.sh on-screen
     exit
 fi
