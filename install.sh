@@ -1,20 +1,22 @@
 #!/usr/bin/env bash
-# Puts Velmora into a folder of the user's own, with an entry in the desktop's menu.
+# Puts Velmora into a folder of the user's own, with an entry in the desktop's menu, or makes a package for all users.
 #   ./install.sh [--prefix FOLDER]             installs, or brings an older installation up to date; into ~/.local, if
 #                                              no folder is named
 #   ./install.sh --remove [--prefix FOLDER]    takes away what was installed; the records stay
+#   ./install.sh --package                     builds a Debian package instead, in build/release
 set -euo pipefail
 started_in=$PWD
 cd "$(dirname "$0")"
 . tools/lib.sh
 
-usage() { fail "usage: ./install.sh [--remove] [--prefix FOLDER]"; }
+usage() { fail "usage: ./install.sh [--remove] [--prefix FOLDER], or ./install.sh --package"; }
 
 task=install_program
 prefix=${HOME:?}/.local
 while (($#)); do
     case $1 in
     --remove) task=remove_program ;;
+    --package) task=make_package ;;
     --prefix)
         [[ -n ${2:-} ]] || usage
         prefix=$(cd "$started_in" && realpath -m -- "$2")
@@ -29,9 +31,13 @@ preset=${VELMORA_PRESET:-release}
 umask 022
 installed=lib/velmora/installed.txt
 
-install_program() {
-    need_packages build run install
+build_program() {
+    need_packages build run install "$@"
     build "$preset" velmora velmora_agent velmora_icons
+}
+
+install_program() {
+    build_program
     cmake --install "build/$preset" --prefix "$prefix" --strip >/dev/null || fail "nothing can be put into $prefix"
     say "Velmora is installed; it is in the desktop's menu, and here: $prefix/bin/velmora"
     "$prefix/bin/velmora" --help | tail -n 1
@@ -49,6 +55,13 @@ remove_program() {
     done
     say "Velmora is removed from $prefix"
     [[ ! -d lib/velmora/session ]] || say "the records stay in $prefix/lib/velmora/session"
+}
+
+make_package() {
+    build_program package
+    (cd "build/$preset" && cpack) >build/package.log 2>&1 || fail "no package was made; build/package.log tells more"
+    say "the package, and one of its symbols:"
+    sed -n 's/^CPack: - package: \(.*\) generated\.$/\1/p' build/package.log
 }
 
 $task
