@@ -62,24 +62,25 @@
   const isButton = (field) => typeOf(field) === "submit";
   const isDisabled = (field) => dom.matches(field, ":disabled");
 
-  // Whether a field was disabled when it was first listed: the order must not change during a fill.
-  const wasDisabled = new WeakMap();
+  // Whether the field of a handle was disabled when the program was first told of it: the order must not
+  // change during a fill, also where the page draws the field anew.
+  const wasDisabled = new Map();
 
-  function comesLate(field) {
-    if (!wasDisabled.has(field)) wasDisabled.set(field, isDisabled(field));
-    return wasDisabled.get(field) && !isButton(field);
+  const comesLate = (field) => !isButton(field) && (wasDisabled.get(handles.get(field)) ?? isDisabled(field));
+
+  function inOrder(fields) {
+    const named = fields.filter((field) => nameOf(field) !== "");
+    const nameless = fields.filter((field) => nameOf(field) === "");
+    return [...named.filter((field) => !comesLate(field)), ...named.filter(comesLate), ...nameless];
   }
 
   /**
    * The fields that a record can know: those that are sent, those that the page may yet enable, the buttons
    * that submit without a name. What has no name and submits nothing is neither sent nor filled.
    */
-  function controlsOf(form) {
-    const fields = fieldsOf(form);
-    const named = fields.filter((field) => nameOf(field) !== "");
-    const nameless = fields.filter((field) => nameOf(field) === "" && isButton(field));
-    return [...named.filter((field) => !comesLate(field)), ...named.filter(comesLate), ...nameless];
-  }
+  const knowableOf = (form) => fieldsOf(form).filter((field) => nameOf(field) !== "" || isButton(field));
+
+  const controlsOf = (form) => inOrder(knowableOf(form));
 
   /** The fields without those whose name another has sent in their place. */
   function sentOf(fields) {
@@ -202,18 +203,20 @@
   /** The fields of the form of a handle, each under the handle that it, or the one before it, had. */
   function listForm(handle) {
     const form = formOf(handle);
-    const controls = controlsOf(form);
+    const controls = knowableOf(form);
     // The form may have to stand for a button.
     listedBy.set(handle, handle);
     const left = (listed.get(handle) ?? []).filter(isGone);
     for (const field of controls) {
       const heir = handles.has(field) ? -1 : left.findIndex((each) => marks.get(each) === markOfField(field));
       if (heir >= 0) nameNode(left.splice(heir, 1)[0], field);
-      marks.set(handleOf(field), markOfField(field));
-      listedBy.set(handleOf(field), handle);
+      const own = handleOf(field);
+      marks.set(own, markOfField(field));
+      listedBy.set(own, handle);
+      if (!wasDisabled.has(own)) wasDisabled.set(own, isDisabled(field));
     }
     listed.set(handle, controls.map(handleOf));
-    return controls;
+    return inOrder(controls);
   }
 
   /** The field of a handle, or the one that has taken its place. */
