@@ -158,6 +158,7 @@
   // told as they are at first, and again if they differ after the listeners of any of these places:
   // the program takes the last.
   dom.keepInside("formdata", (event) => {
+    forms.goesOut(event.target);
     tellFormData(event);
     for (const place of [event.target, dom.rootOf(event.target), window]) {
       dom.unlisten(place, "formdata", tellFormData); // to come after those that were added since

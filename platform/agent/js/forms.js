@@ -82,10 +82,18 @@
 
   const controlsOf = (form) => inOrder(knowableOf(form));
 
+  // What was disabled when a form last went out. Many a page disables all of it from then on.
+  const unsent = new WeakMap();
+
+  function goesOut(form) {
+    unsent.set(form, new WeakSet(listForm(handleOf(form)).filter(isDisabled)));
+  }
+
   /** The fields without those whose name another has sent in their place. */
-  function sentOf(fields) {
-    const sent = new Set(fields.filter((field) => !isButton(field) && !isDisabled(field)).map(nameOf));
-    return fields.filter((field) => isButton(field) || !isDisabled(field) || !sent.has(nameOf(field)));
+  function sentOf(fields, form) {
+    const isSent = (field) => !(unsent.get(form)?.has(field) ?? isDisabled(field));
+    const sent = new Set(fields.filter((field) => !isButton(field) && isSent(field)).map(nameOf));
+    return fields.filter((field) => isButton(field) || isSent(field) || !sent.has(nameOf(field)));
   }
 
   // The kinds of lines of which a form must not have two for Enter to send it (HTML, "implicit submission").
@@ -228,15 +236,22 @@
 
   // --- Facts -------------------------------------------------------------------------------------
 
-  /** A text as a record has it: there a plus sign stands for a blank. */
-  const recorded = (text) => text.replaceAll("+", " ");
+  /** A text as a record has it: there a plus sign stands for a blank, and the blanks at the ends go. */
+  const recorded = (text) => text.replace(/^\++|\++$/g, (ends) => "\xa0".repeat(ends.length)).replaceAll("+", " ");
 
   const isBox = (field) => field.type === "checkbox" || field.type === "radio";
+
+  /** Whether a form has no other checkbox of the name. */
+  function isAlone(box) {
+    const isLike = (field) => field !== box && field.type === "checkbox" && nameOf(field) === nameOf(box);
+    return box.form === null || !fieldsOf(box.form).some(isLike);
+  }
 
   /** A field's value. Of a box it is what a tick sends: some pages have it follow the tick. */
   function valueOf(field) {
     if (!isBox(field)) return field.value ?? "";
-    return field.type === "checkbox" && field.value === "false" && !field.checked ? "true" : recorded(field.value);
+    const mayFollow = field.type === "checkbox" && field.value === "false" && isAlone(field);
+    return mayFollow ? "true" : recorded(field.value);
   }
 
   // What the program has been told of the options of a list.
@@ -320,7 +335,8 @@
     },
     form: (handle, order) => {
       const fields = listForm(Number(handle));
-      return controlFacts(order === "first" ? sentOf(fields) : fields, nodeOf(handle));
+      const form = nodeOf(handle);
+      return controlFacts(order === "first" ? sentOf(fields, form) : fields, form);
     },
     tag: (name) => controlFacts(dom.select(name.toLowerCase()).filter((element) => dom.matches(element, kFields))),
     // In the order of the page, since a tag is found by its id.
@@ -351,6 +367,7 @@
     handleOf,
     toldOption,
     optionOf,
-    snapshot: (form) => [...formFacts(form), ...controlFacts(sentOf(controlsOf(form)))],
+    goesOut,
+    snapshot: (form) => [...formFacts(form), ...controlFacts(sentOf(controlsOf(form), form))],
   };
 })

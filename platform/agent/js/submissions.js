@@ -108,6 +108,7 @@
     const { target: form, submitter } = event;
     // Now, since the page's handlers may empty the form.
     const entries = entriesOf(form, submitter);
+    forms.goesOut(form);
     const facts = [...describe(form, submitter, entries), Date.now(), ...forms.snapshot(form)];
     const isToScript = goesToScript(form, submitter);
     pending = { event, isToScript, facts, values: valuesInAddress(entries), acts: acts() };
