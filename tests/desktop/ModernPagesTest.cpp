@@ -79,7 +79,8 @@ TEST_F(ModernPages, AFormThatIsSentBeforeItsPageHasLoadedIsRecordedIfAUserSendsI
 {
     server_.Answer("/slow", {.Hangs = true});
     server_.Page("/slow.html",
-                 "<img src='slow'><form action='to.cgi'><input name='a'><input type='submit'></form>"
+                 "<img src='slow'><form action='to.cgi' onsubmit='document.title += 1; return this.a.value !== \"\"'>"
+                 "<input name='a'><input type='submit'></form>"
                  "<script>history.replaceState({}, '', 'shown.html');</script>");
     server_.Page("/self.html",
                  "<form action='to.cgi'><input name='b' value='1'></form>"
@@ -89,6 +90,8 @@ TEST_F(ModernPages, AFormThatIsSentBeforeItsPageHasLoadedIsRecordedIfAUserSendsI
     WaitForDocument(server_.Url("/to.cgi?b=1"));
     SetOff(server_.Url("/slow.html"));
     Await("document.forms.length", "1");
+    Click("[type=submit]");
+    Await("document.title", "1");
     Type("[name=a]", "soon");
     Expect({.text = kRecordQuestion, .button = "No"});
     Click("[type=submit]");

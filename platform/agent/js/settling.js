@@ -133,6 +133,8 @@
   // that the user does something.
   let known = [];
   let hasActed = false;
+  // How often the user has done something.
+  let acts = 0;
   let laterChanges = null;
 
   /** What tells a form from another: the form, where it goes and the names of what is filled in. */
@@ -170,13 +172,17 @@
     tell(unknown.map(({ form }) => form.deref()));
   }
 
-  /** Whether a form goes out that the user has filled in before it was looked for, or the document finished. */
+  /**
+   * Whether a form goes out that the user has filled in before it was looked for, or the document finished:
+   * once for each time that the user does something, since the page may refuse it at first.
+   */
   function isNews(form) {
-    const now = sketch(form);
+    const now = { ...sketch(form), newsAt: acts };
     // What a page that is still loading hands on by itself has nothing to fill in.
     if (toldAddress === null && !hasNames(now)) return false;
-    if (!hasActed || known.some((before) => isSame(now, before))) return false;
-    clock.after(0, () => known.push(now));
+    const before = known.find((each) => isSame(now, each));
+    if (!hasActed || (before !== undefined && (before.newsAt ?? acts) === acts)) return false;
+    clock.after(0, () => (before === undefined ? known.push(now) : Object.assign(before, now)));
     return true;
   }
 
@@ -196,6 +202,7 @@
   /** What a page of today draws because of the user may hold a form: it is looked for from here on. */
   function acted() {
     hasActed = true;
+    acts += 1;
     if (toldAddress !== null) lookWhenRested();
   }
 
