@@ -240,9 +240,8 @@ void BrowserEvents::Resume(const PageAction& action)
     const bool hasStayed = sender.userActs && action.userActs > *sender.userActs;
     sender.userActs = action.userActs;
     if (!hasStayed && !action.isNews) return;
-    const auto address = reported_(action.documentUrl, action.isTop);
     PageFrame frame(action.place);
-    if (address) control_.DocumentResumed.Raise(frame, *address);
+    control_.DocumentResumed.Raise(frame, action.documentUrl);
 }
 
 BrowserEvents::Sender* BrowserEvents::Find(const wire::DocumentName& document)

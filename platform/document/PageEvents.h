@@ -21,9 +21,8 @@ struct PageAction {
     std::uint64_t userActs = 0;  ///< Keys and buttons that the user has pressed in the document so far.
     std::string form;            ///< The handle of the form.
     bool isNews = false;         ///< The program has not been told of the form.
-    std::string documentUrl;     ///< Where the form stands. Of forms alone, as is isTop.
-    bool isTop = false;
-    bool staysHere = false;  ///< A link into the document that holds it.
+    std::string documentUrl;     ///< Where the form stood when it was sent. Of forms alone.
+    bool staysHere = false;      ///< A link into the document that holds it.
 };
 
 /// What the texts of an action take.

@@ -21,7 +21,7 @@ inline constexpr char kBegun[] = "velmora.begun";  ///< A new document: address,
 inline constexpr char kFinished[] = "velmora.finished";
 /// Address, method, target, the body (empty if the method is not "post"), how often the user has pressed
 /// a key or a button in the document, whether the program has not been told of the form, the document's
-/// address, top, and the handle of the form.
+/// address, and the handle of the form.
 inline constexpr char kFormData[] = "velmora.formdata";
 inline constexpr char kLink[] = "velmora.link";  ///< Address, target, whether it leads into the same document.
 /// As kFormData without the handle, but sent by the page's script; then the time of the submission

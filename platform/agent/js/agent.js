@@ -136,11 +136,9 @@
     return goesOut ? lastSubmit.event.submitter : null;
   }
 
-  const isTop = window.parent === window ? 1 : 0;
-
   /** What the program is told of a form that goes out, and whether it has not been told of the form before. */
   const describeSent = (form, ...rest) =>
-    [...describe(form, ...rest), settling.isNews(form) ? 1 : 0, dom.address(), isTop];
+    [...describe(form, ...rest), settling.isNews(form) ? 1 : 0, dom.address()];
 
   let lastFacts = { formData: null, packed: "" };
 
@@ -195,6 +193,8 @@
     watch: (isOn) => watch("submissions", isOn),
     acts: () => acts,
   });
+
+  const isTop = window.parent === window ? 1 : 0;
 
   // A page answers an event in promises, and a promise may lead to another: after a write this many
   // turns are left to them before the program hears what the write has changed.

@@ -29,8 +29,7 @@ PageAction ReadFormAction(wire::Reader& reader, const PagePlace& place)
     PageAction form;
     form.isForm = true;
     form.place = place;
-    reader.Read(form.url, form.method, form.target, form.body, form.userActs, form.isNews, form.documentUrl,
-                form.isTop);
+    reader.Read(form.url, form.method, form.target, form.body, form.userActs, form.isNews, form.documentUrl);
     if (form.body.size() > kLongestBody) form.body.clear();
     return form;
 }
