@@ -14,7 +14,6 @@ protected:
     {
         return {"Form", session, url, "a.cgi", "x=1", "h", "f"};
     }
-    void Store(RecordItem record) { Program().StoreRecord(List(), frmBrowser::StripQuery(record.Url), record); }
     Lines Keys()
     {
         Lines keys;
@@ -22,30 +21,6 @@ protected:
         return keys;
     }
 };
-
-TEST_F(RecordTable, StoringUnderAKeyThatIsThereReplacesTheRow)
-{
-    Store(Record("first", "http://h/Page.cgi?A=1"));
-    Store(Record("second", "HTTP://h/page.cgi?B=2"));
-    EXPECT_EQ(Rows(List()), Lines{"second | Form | HTTP://h/page.cgi?B=2 | a.cgi | x=1 | h | f"});
-    EXPECT_EQ(Keys(), Lines{"http://h/page.cgi"});
-    EXPECT_EQ(Program().glngNoOfPermanentSession, 1);
-}
-
-TEST_F(RecordTable, TheMarkerAsksForAName)
-{
-    RecordItem record = Record("*sysgen*", "http://h/a");
-    Program().StoreRecord(List(), "http://h/a", record);
-    EXPECT_EQ(record.Session, "Session1");
-    List().Item(1).SetText("My page");
-    record = {"Bookmark", "*sysgen*", "http://h/a?q", "http://h/a?q", "", "", ""};
-    Program().StoreRecord(List(), "http://h/a", record);
-    EXPECT_EQ(record.Session, "My page");
-    EXPECT_EQ(Rows(List()), Lines{"My page | Bookmark | http://h/a?q | http://h/a?q"});
-    EXPECT_EQ(Program().lngBookmarkId, 1);
-    Store(Record("*sysgen*", "http://h/b"));
-    EXPECT_EQ(List().Item(2).Text(), "Session2");
-}
 
 TEST_F(RecordTable, KeysThatCollideFallBackToTheAddressAndThenToNone)
 {
