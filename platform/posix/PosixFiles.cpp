@@ -105,11 +105,28 @@ bool IsTemporary(std::string_view name)
     return name.starts_with(kTemporaryPrefix) && name.size() == kTemporaryPrefix.size() + kTemporaryPattern.size();
 }
 
+Descriptor OpenFolder(const std::string& folder)
+{
+    return Descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+}
+
+/// Keeps listings of a folder and replacements of its files apart: where a listing comes in pieces, a file
+/// that is replaced meanwhile can be missing in it, or stand in it twice. Copies of the program hold such a
+/// lock for moments; another holder, or a copy that is stopped, is not waited for longer than a second.
+void LockFolder(int folder, int how)
+{
+    constexpr int kMostTries = 5000;
+    constexpr unsigned kPause = 200;  // In microseconds.
+    for (int i = 0; i < kMostTries && ::flock(folder, how | LOCK_NB) != 0 && errno == EWOULDBLOCK; ++i) {
+        ::usleep(kPause);
+    }
+}
+
 /// Makes renames and deletions in the folder last. Some file systems cannot do this for a folder;
 /// there is nothing to be done about it then.
 void SyncFolder(const std::string& folder)
 {
-    const Descriptor fd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const Descriptor fd = OpenFolder(folder);
     if (fd.Valid()) ::fsync(fd.Get());
 }
 
@@ -165,6 +182,8 @@ public:
 
     void MoveToTarget()
     {
+        const Descriptor folder = OpenFolder(FolderOf(target_));
+        LockFolder(folder.Get(), LOCK_EX);
         if (::rename(path_.c_str(), target_.c_str()) != 0) Fail("cannot write", target_, errno);
         moved_ = true;
     }
@@ -178,10 +197,13 @@ private:
 
 void RemoveLeftover(const std::string& path)
 {
-    const Descriptor fd(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    // Open for writing, since a network file system gives no lock otherwise.
+    const Descriptor fd(::open(path.c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     // The name may have gone to another writer's file before the lock was there.
     if (fd.Valid() && ::flock(fd.Get(), LOCK_EX | LOCK_NB) == 0 && IsAt(path, fd)) ::unlink(path.c_str());
 }
+
+bool IsFileOrLink(const struct stat& status) { return S_ISREG(status.st_mode) || S_ISLNK(status.st_mode); }
 
 bool IsOpenToOthers(const struct stat& status) { return (status.st_mode & (S_IRWXG | S_IRWXO)) != 0; }
 
@@ -270,6 +292,7 @@ std::vector<FileEntry> PosixFiles::ListPlace(const std::string& place)
     const std::unique_ptr<DIR, int (*)(DIR*)> listing(::opendir(place.c_str()), ::closedir);
     if (!listing) Fail("cannot list", place, errno);
     const int folder = ::dirfd(listing.get());
+    LockFolder(folder, LOCK_SH);
     TakeRightsFromOthers(folder, S_IRWXU);
 
     std::vector<FileEntry> files;
@@ -329,6 +352,10 @@ void PosixFiles::Replace(const std::string& place, std::string_view bytes)
 {
     if (bytes.size() > kMaxBytes) throw FileError("cannot write " + place + ": it would be too long to be read again");
     RefuseUnseen("cannot write", place);
+    struct stat status {};
+    if (::lstat(place.c_str(), &status) == 0 && !IsFileOrLink(status)) {
+        throw FileError("cannot write " + place + ": what lies there is no file");
+    }
     TemporaryFile file(place);
     file.Fill(bytes);
     file.MoveToTarget();
@@ -343,7 +370,7 @@ void PosixFiles::Delete(const std::string& path)
         if (errno == ENOENT || errno == ENOTDIR) return;
         Fail("cannot look at", place, errno);
     }
-    if (!S_ISREG(status.st_mode) && !S_ISLNK(status.st_mode)) return;
+    if (!IsFileOrLink(status)) return;
     RefuseUnseen("cannot delete", place);
     if (::unlink(place.c_str()) != 0) Fail("cannot delete", place, errno);
     SyncFolder(FolderOf(place));

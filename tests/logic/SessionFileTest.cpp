@@ -140,21 +140,4 @@ TEST_F(PermanentStore, ButtonsNeedASelection)
     EXPECT_FALSE(Program().mnuHideRecord.Checked());
 }
 
-TEST_F(PermanentStore, AFirstStartMakesTheFolderAndOneThatCannotBeUsedIsToldOnce)
-{
-    EXPECT_TRUE(files.Folders.contains("/app/session"));
-    const Lines told{"The session folder cannot be used: /app/session\nRecords will not be kept. (!)"};
-    files.Unlistable = true;
-    Restart();
-    EXPECT_EQ(Shown(), told);
-    files.Unlistable = false;
-    files.ReadOnly = true;
-    Restart();
-    EXPECT_EQ(Shown(), told);
-    files.Folders.erase("/app/session");
-    Restart();
-    EXPECT_EQ(Shown(), told);
-    EXPECT_EQ(statusAtStart, "0 Permanent Record");
-}
-
 }  // namespace velmora::test

@@ -20,7 +20,7 @@ LogicHarness::~LogicHarness()
 void LogicHarness::Start()
 {
     turns_ = std::make_unique<Turns>();
-    program_ = std::make_unique<frmBrowser>(Platform{*turns_, dialogs, files, proxy, proxyTable});
+    program_ = std::make_unique<frmBrowser>(Platform{*turns_, dialogs, *disk, proxy, proxyTable});
     engine_ = std::make_unique<CannedBrowser>(program_->wbMyBrowser, site);
     dialogs.PendingEvents = [this] { engine_->Deliver(); };
     program_->Form_Load();

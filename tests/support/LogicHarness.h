@@ -75,6 +75,7 @@ protected:
 
     MemoryDialogs dialogs;
     MemoryFiles files;
+    Files* disk = &files;  ///< What the next start is handed.
     MemoryProxy proxy;
     MemoryProxyTable proxyTable;
     std::map<std::string, CannedPage> site;  ///< What lies at an address.

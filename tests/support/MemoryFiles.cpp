@@ -13,22 +13,19 @@ bool MemoryFiles::Exists(const std::string& path)
     return !faults.IsNow() && (Folders.contains(path) || Texts.contains(path));
 }
 
-bool MemoryFiles::CanWrite(const std::string& folder)
-{
-    return !faults.IsNow() && !ReadOnly && Folders.contains(folder);
-}
+bool MemoryFiles::CanWrite(const std::string& folder) { return !faults.IsNow() && Folders.contains(folder); }
 
 void MemoryFiles::MakeFolder(const std::string& path)
 {
     MayFail<FileError>();
-    if (ReadOnly || Folders.contains(path)) throw FileError("cannot make " + path);
+    if (Folders.contains(path)) throw FileError("cannot make " + path);
     Folders.insert(path);
 }
 
 std::vector<FileEntry> MemoryFiles::List(const std::string& folder)
 {
     MayFail<FileError>();
-    if (Unlistable || !Folders.contains(folder)) throw FileError("no folder " + folder);
+    if (!Folders.contains(folder)) throw FileError("no folder " + folder);
     std::vector<FileEntry> files;
     for (const auto& [path, text] : Texts) {
         const auto name = path.rfind('/') + 1;
@@ -48,7 +45,7 @@ std::string MemoryFiles::Read(const std::string& path)
 void MemoryFiles::Write(const std::string& path, const std::string& bytes)
 {
     MayFail<FileError>();
-    if (ReadOnly || !Folders.contains(path.substr(0, path.rfind('/')))) throw FileError("cannot write " + path);
+    if (!Folders.contains(path.substr(0, path.rfind('/')))) throw FileError("cannot write " + path);
     Texts[path] = bytes;
 }
 

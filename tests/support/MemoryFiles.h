@@ -32,8 +32,6 @@ public:
     std::map<std::string, std::string> Texts;  ///< Bytes by path.
     std::set<std::string> Folders{"/app"};
     std::set<std::string> Locked;  ///< Files that cannot be read.
-    bool ReadOnly = false;         ///< Every write fails.
-    bool Unlistable = false;
 };
 
 class MemoryProxy : public Proxy {
