@@ -30,11 +30,12 @@ void HungPages::Watch(WebKitWebView* view)
 
 void HungPages::Ask(WebKitWebView* view)
 {
-    // The views of one process hang together; one question is enough.
-    if (webkit_web_view_get_is_web_process_responsive(view)) return;
-    const Answer answer =
-        dialogs_.MsgBox("The page " + StandingAddress(view) + " does not answer. Do you want to stop it?",
-                        Buttons::YesNo, Icon::Exclamation);
+    // The views of one process hang together; one question is enough. A process that is slow to start has no
+    // page yet that could be stopped.
+    const std::string page = StandingAddress(view);
+    if (page.empty() || webkit_web_view_get_is_web_process_responsive(view)) return;
+    const Answer answer = dialogs_.MsgBox("The page " + page + " does not answer. Do you want to stop it?",
+                                          Buttons::YesNo, Icon::Exclamation);
     // It may have come back while the question was open.
     if (answer == Answer::Yes && !webkit_web_view_get_is_web_process_responsive(view)) Stop(view);
 }
