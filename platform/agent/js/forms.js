@@ -243,8 +243,13 @@
 
   /** Whether a form has no other checkbox of the name. */
   function isAlone(box) {
-    const isLike = (field) => field !== box && field.type === "checkbox" && nameOf(field) === nameOf(box);
-    return box.form === null || !fieldsOf(box.form).some(isLike);
+    const found = box.form === null ? null : dom.read(HTMLFormElement, "elements", box.form).namedItem(nameOf(box));
+    let count = 0;
+    for (const field of found instanceof RadioNodeList ? found : []) {
+      if (field.type === "checkbox") count += 1;
+      if (count > 1) return false;
+    }
+    return true;
   }
 
   /** A field's value. Of a box it is what a tick sends: some pages have it follow the tick. */
