@@ -20,12 +20,23 @@
     return dom.charset();
   }
 
+  /** The name of an encoding (Encoding Standard), which the web knows in lower case, as forms have it. */
+  function spelledEncoding(name) {
+    const mixed = { big5: "Big5", shift_jis: "Shift_JIS" };
+    return mixed[name] ?? (/^(windows-|x-|gb1|mac)/.test(name) ? name : name.toUpperCase());
+  }
+
   let encodeForm = null;
 
   /** The bytes that the default encoding makes of a form's entries; a file gives its name. */
   function formBody(form, entries) {
     encodeForm ??= parts.formbody(dom, parts.convert);
-    const texts = Array.from(entries, ([name, value]) => [name, typeof value === "string" ? value : value.name]);
+    const texts = Array.from(entries, ([name, value]) => {
+      // Some engines tell of the form's encoding only with what they send.
+      const isUntold = name.toLowerCase() === "_charset_" && value === "UTF-8";
+      if (isUntold) return [name, spelledEncoding(encodingOf(form).toLowerCase())];
+      return [name, typeof value === "string" ? value : value.name];
+    });
     return encodeForm(texts, encodingOf(form));
   }
 
