@@ -56,9 +56,9 @@ constexpr HugePage kPages[] = {
     {"Options100000", "form.insertAdjacentHTML('beforeend', '<select name=b>' + '<option>o'.repeat(1e5))"},
     {"Attribute10MB", "form.insertAdjacentHTML('afterend', `<form action='${'x'.repeat(1e7)}'><input name=b></form>`)"},
     {"Value10MB", "form.b.value = 'x'.repeat(1e7)"},
-    {"Frames1000",
+    {"Frames300",
      "document.body.insertAdjacentHTML('beforeend', '<iframe srcdoc=\"<form><input name=b></form>\"></iframe>'"
-     ".repeat(1e3))"},
+     ".repeat(3e2))"},
     {"Names1MB",
      "for (let i = 0; i < 5; ++i) form.append(Object.assign(document.createElement('input'),"
      "{ name: i + 'x'.repeat(1e6) }))"},

@@ -44,20 +44,25 @@ void Turns::Run(const Action& action)
 
 void Turns::RunWaitingLater()
 {
-    if (later_) {
-        later_([this] { RunWaiting(); });
-    } else {
-        RunWaiting();
-    }
+    if (!later_) return RunWaiting();
+    // One at a time: many turns that wait would hold the window for all of them together.
+    later_([this] {
+        RunNext();
+        if (!isTaken_ && !waiting_.empty()) RunWaitingLater();
+    });
 }
 
 void Turns::RunWaiting()
 {
-    while (!isTaken_ && !waiting_.empty()) {
-        const Action next = std::move(waiting_.front());
-        waiting_.pop_front();
-        Run(next);
-    }
+    while (!isTaken_ && !waiting_.empty()) RunNext();
+}
+
+void Turns::RunNext()
+{
+    if (isTaken_ || waiting_.empty()) return;
+    const Action next = std::move(waiting_.front());
+    waiting_.pop_front();
+    Run(next);
 }
 
 }  // namespace velmora

@@ -32,6 +32,7 @@ private:
     void Run(const Action& action);
     void RunWaiting();
     void RunWaitingLater();
+    void RunNext();
 
     std::function<void(Action)> later_;
     std::deque<Action> waiting_;

@@ -24,6 +24,11 @@ constexpr std::chrono::seconds kLongestSinceAct{20};
 // A read of the largest forms takes less.
 constexpr std::chrono::milliseconds kUsualRead{100};
 
+// Many quick answers in a row hold the window as one slow answer does. After so long its events come in for
+// a moment.
+constexpr std::chrono::milliseconds kLongestHold{100};
+constexpr std::chrono::milliseconds kBreath{5};
+
 // An answer is taken in pieces of this size, so that a length that lies costs no memory.
 constexpr std::size_t kPiece = std::size_t{1} << 20;
 
@@ -57,6 +62,7 @@ int PageChannel::TakeAgentEnd() { return std::exchange(agentEnd_, -1); }
 void PageChannel::BeginTurn()
 {
     time_->turn = {};
+    heldSince_ = Clock::now();
     revisions_.clear();
 }
 
@@ -99,6 +105,10 @@ std::string PageChannel::Request(const wire::DocumentName& document, wire::Opera
     if (descriptor_ < 0) throw DocumentError("the page does not answer");
     if (body.size() > wire::kLongestRequest) throw DocumentError("the request is too long");
     const auto deadline = Deadline();
+    if (Clock::now() - heldSince_ > kLongestHold) {
+        wait_(descriptor_, POLLIN, Clock::now() + kBreath);
+        heldSince_ = Clock::now();
+    }
     Send(document, operation, body, deadline);
     // In a read no script of the page runs, which could ask the engine something: the main loop need not run
     // so soon, and would draw the page meanwhile.

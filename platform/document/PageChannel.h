@@ -95,6 +95,7 @@ private:
     std::shared_ptr<PageTime> time_;
     int descriptor_ = -1;
     int agentEnd_ = -1;
+    Clock::time_point heldSince_;  ///< When the main loop last came to its other events, as far as is known.
     std::uint64_t writes_ = 0;
     std::map<std::uint64_t, std::uint64_t> revisions_;  ///< By the number of the document, for this turn.
 };
