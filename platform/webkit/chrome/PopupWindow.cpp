@@ -1,6 +1,7 @@
 #include "platform/webkit/chrome/PopupWindow.h"
 
 #include <string>
+#include <utility>
 
 #include "platform/webkit/chrome/OtherPrograms.h"
 #include "platform/webkit/chrome/PageArea.h"
@@ -50,7 +51,8 @@ bool OpensAnotherProgram(WebKitPolicyDecision* decision, WebKitPolicyDecisionTyp
 
 PopupWindows::~PopupWindows()
 {
-    while (!windows_.empty()) gtk_window_destroy(windows_.front());
+    // A window that something still holds is gone from the screen, and tells of its end later.
+    for (GtkWindow* window : std::exchange(windows_, {})) gtk_window_destroy(window);
 }
 
 WebKitWebView* PopupWindows::Open(WebKitWebView* opener)
