@@ -53,11 +53,9 @@ void frmBrowser::PlaceControls()
     StatusBar1.Panels(1).Width = 13050 - 2100;
     StatusBar1.Panels(2).Width = 2100;
     txtUrl.AccessibleName = "Address";
-    wbMyBrowser.AccessibleName = "Web page";
     SSTab1.AccessibleName = "Records";
     lvwPermanent.AccessibleName = "Permanent Record";
     ListView1.AccessibleName = "Temporary Record";
-    StatusBar1.AccessibleName = "Status";
     FirstFocus = &txtUrl;
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/desktop/Accessible.h"
+
 namespace velmora {
 
 FreeWidget::FreeWidget()
@@ -10,6 +12,7 @@ FreeWidget::FreeWidget()
         while (Gtk::Widget* child = get_first_child()) child->unparent();
     });
     set_overflow(Gtk::Overflow::HIDDEN);
+    SetAccessibleRole(*this, Gtk::Accessible::Role::GENERIC);
 }
 
 Gtk::SizeRequestMode FreeWidget::get_request_mode_vfunc() const { return Gtk::SizeRequestMode::CONSTANT_SIZE; }

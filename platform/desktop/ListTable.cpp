@@ -6,6 +6,7 @@
 #include <gtkmm/root.h>
 #include <gtkmm/signallistitemfactory.h>
 
+#include "platform/desktop/Accessible.h"
 #include "platform/desktop/Caption.h"
 #include "platform/desktop/DisplayText.h"
 #include "platform/desktop/ListModel.h"
@@ -18,6 +19,9 @@ namespace {
 constexpr int kTitleInset = 9;    // Padding and border of a column's title, as the style sheet has them.
 constexpr int kTitleHeight = 15;  // Room for one line of type.
 
+/// A row is called by its first cells: what comes after them, passwords among it, is not said aloud unasked.
+constexpr int kSpokenCells = 3;
+
 /// One cell; follows the row that it shows.
 class Cell : public Gtk::Label {
 public:
@@ -26,6 +30,7 @@ public:
         set_single_line_mode(true);
         set_ellipsize(Pango::EllipsizeMode::END);
         set_xalign(0);
+        SetAccessibleName(*this, {});
     }
 
     void Bind(ListItem& row)
@@ -42,7 +47,27 @@ public:
     const ListItem* Row() const { return row_; }
 
 private:
-    void Show(const ListItem& row) { set_text(OneLine(std::string(row.Cell(column_)))); }
+    void Show(const ListItem& row)
+    {
+        const Glib::ustring text = OneLine(std::string(row.Cell(column_)));
+        set_text(text);
+        Gtk::Widget* const place = get_parent();
+        if (!place) return;
+        SetAccessibleName(*place, text);
+        Gtk::Widget* const line = place->get_parent();
+        if (line && column_ == 0) SetAccessibleName(*line, SpokenText(row));
+    }
+
+    static Glib::ustring SpokenText(const ListItem& row)
+    {
+        Glib::ustring text;
+        for (int i = 0; i < kSpokenCells; ++i) {
+            const Glib::ustring cell = OneLine(std::string(row.Cell(i)));
+            if (!text.empty() && !cell.empty()) text += ", ";
+            text += cell;
+        }
+        return text;
+    }
 
     const int column_;
     const ListItem* row_ = nullptr;
@@ -90,6 +115,9 @@ ListTable::ListTable(velmora::ListView& list)
 {
     add_css_class("list");
     columns_.set_model(ListModel::Create(list));
+    HideScrollBars(*this);
+    SetAccessibleName(*columns_.get_first_child(), "Column titles");
+    SetAccessibleName(*columns_.get_last_child(), DisplayText(list.AccessibleName()));
     columns_.set_reorderable(false);
     // The columns are wider than the list as a rule: the bar that leads to them is always to be seen.
     set_overlay_scrolling(false);
@@ -116,6 +144,11 @@ void ListTable::AddColumn(const ColumnHeader& header)
     columns_.append_column(column);
     if (Gtk::Widget* title = NewestTitle()) {
         title->set_name(list_.Name + "Column" + std::to_string(header.Index));
+        // Older toolkits tell a column's title as nothing in particular; it can be pressed.
+        if (gtk_get_minor_version() < 12 && !columns_.get_mapped()) {
+            SetAccessibleRole(*title, Gtk::Accessible::Role::BUTTON);
+        }
+        SetAccessibleName(*title, OneLine(header.Caption));
         WatchClicks(*title, header.Index);
         keys_.Add(*title);
         FitTitle(*title, Edge(header.Width));

@@ -32,6 +32,7 @@ MainWindowView::MainWindowView(velmora::Window& window, Desktop& desktop,
     surface_.add_css_class("velmora");
     surface_.set_title(OneLine(window.Caption()));
     surface_.set_child(*content);
+    menu_.Describe();
     if (context_.defaultButton) surface_.set_default_widget(*context_.defaultButton);
 
     caption_ = window.Caption.Changed.Connect([this] { surface_.set_title(OneLine(window_.Caption())); });

@@ -1,6 +1,9 @@
 #include "platform/desktop/MenuView.h"
 
+#include <gtk/gtk.h>
+
 #include <cctype>
+#include <string_view>
 
 #include "platform/desktop/DisplayText.h"
 
@@ -31,6 +34,40 @@ std::string WithAccessKey(const std::string& caption, std::string& taken)
     return label;
 }
 
+/// The place of an entry's check mark in the toolkit's own "role", which is not public.
+constexpr int kCheckMark = 1;
+
+void SetName(gpointer part, const char* name)
+{
+    gtk_accessible_update_property(GTK_ACCESSIBLE(part), GTK_ACCESSIBLE_PROPERTY_LABEL, name, -1);
+}
+
+/// An entry with a check mark is told as one, also while it has none.
+void DescribeEntry(GtkWidget* entry)
+{
+    int kind = 0;
+    GtkAccessibleRole role = GTK_ACCESSIBLE_ROLE_MENU_ITEM;
+    g_object_get(entry, "role", &kind, "accessible-role", &role, nullptr);
+    if (kind != kCheckMark || role != GTK_ACCESSIBLE_ROLE_MENU_ITEM) return;
+    g_object_set(entry, "accessible-role", GTK_ACCESSIBLE_ROLE_MENU_ITEM_CHECKBOX, nullptr);
+}
+
+/// The boxes that the toolkit builds its menus of have no words of their own.
+void DescribeInside(GtkWidget* part)
+{
+    if (std::string_view(G_OBJECT_TYPE_NAME(part)) == "GtkModelButton") {
+        DescribeEntry(part);
+    } else if (GTK_IS_STACK(part)) {
+        const Glib::RefPtr<Gio::ListModel> pages = Glib::wrap(G_LIST_MODEL(gtk_stack_get_pages(GTK_STACK(part))));
+        for (guint i = 0; i < pages->get_n_items(); ++i) SetName(pages->get_object(i)->gobj(), "");
+    } else if (!GTK_IS_LABEL(part)) {
+        SetName(part, "");
+    }
+    for (GtkWidget* child = gtk_widget_get_first_child(part); child; child = gtk_widget_get_next_sibling(child)) {
+        DescribeInside(child);
+    }
+}
+
 }  // namespace
 
 MenuView::MenuView(const std::vector<MenuItem*>& menu)
@@ -39,6 +76,17 @@ MenuView::MenuView(const std::vector<MenuItem*>& menu)
     std::string taken;
     for (MenuItem* item : menu) bar->append_submenu(WithAccessKey(item->Caption, taken), Entries(item->Children));
     bar_ = Gtk::make_managed<Gtk::PopoverMenuBar>(bar);
+}
+
+void MenuView::Describe()
+{
+    GtkWidget* const bar = GTK_WIDGET(bar_->gobj());
+    SetName(bar, "Menu");
+    for (GtkWidget* title = gtk_widget_get_first_child(bar); title; title = gtk_widget_get_next_sibling(title)) {
+        for (GtkWidget* part = gtk_widget_get_first_child(title); part; part = gtk_widget_get_next_sibling(part)) {
+            if (GTK_IS_POPOVER_MENU(part)) DescribeInside(part);
+        }
+    }
 }
 
 Glib::RefPtr<Gio::Menu> MenuView::Entries(const std::vector<MenuItem*>& items)

@@ -22,6 +22,9 @@ public:
     /// The actions that the bar's entries stand for; the bar finds them as "menu.<name of the item>".
     Glib::RefPtr<Gio::ActionGroup> Actions() const { return actions_; }
 
+    /// Tells screen readers what is in the menus; once the actions can be found and before the bar is first shown.
+    void Describe();
+
     /// Called when the user has chosen an entry, before the entry's Click.
     std::function<void()> Chosen;
 

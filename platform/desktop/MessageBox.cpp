@@ -40,6 +40,7 @@ MessageBox::MessageBox(const std::string& text, Buttons buttons, Icon icon, cons
         image->set_from_icon_name(IconName(icon));
         image->set_pixel_size(32);
         image->set_valign(Gtk::Align::START);
+        HideFromReaders(*image);
         message->append(*image);
     }
     message->append(MakeText(text));
@@ -50,6 +51,7 @@ MessageBox::MessageBox(const std::string& text, Buttons buttons, Icon icon, cons
     content->append(*message);
     content->append(MakeButtons(buttons));
     set_child(*content);
+    if (Gtk::Widget* const chosen = get_default_widget()) set_focus(*chosen);
     FitText(screen);
     CloseOnEscape(SafeAnswer(buttons));
 }
@@ -69,6 +71,7 @@ Gtk::Widget& MessageBox::MakeText(const std::string& text)
     auto* scroller = Gtk::make_managed<Gtk::ScrolledWindow>();
     scroller->set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
     scroller->set_overlay_scrolling(false);
+    HideScrollBars(*scroller);
     scroller->set_hexpand(true);
     scroller->set_valign(Gtk::Align::CENTER);  // One line stands beside the middle of the icon.
     scroller->set_propagate_natural_width(true);
@@ -94,6 +97,7 @@ Gtk::Widget& MessageBox::MakeLongText(const std::string& text)
     // A label measures its text again and again, which takes it minutes here.
     auto* view = Gtk::make_managed<Gtk::TextView>();
     view->set_name("lblText");
+    SetAccessibleName(*view, "Message");
     view->set_editable(false);
     view->set_cursor_visible(false);
     view->set_focusable(false);
@@ -135,7 +139,6 @@ Gtk::Widget& MessageBox::MakeButtons(Buttons buttons)
     }
     Gtk::Widget& chosen = buttons == Buttons::CautiousYesNo ? *row->get_last_child() : *row->get_first_child();
     set_default_widget(chosen);
-    set_focus(chosen);
     return *row;
 }
 

@@ -36,6 +36,7 @@ NoticeBar::NoticeBar() : Gtk::Box(Gtk::Orientation::HORIZONTAL, kGap), close_("C
     close_.set_focus_on_click(false);
     close_.signal_clicked().connect([this] { TakeAway(); });
     append(text_);
+    SetAccessibleName(waiting_, {});
     append(waiting_);
     append(close_);
     set_visible(false);
@@ -53,10 +54,12 @@ void NoticeBar::ShowFirst()
 {
     const Glib::ustring text = OneLine(texts_.front());
     text_.set_text(text);
+    SetAccessibleName(*this, text);
     text_.set_tooltip_text(text);
     const std::size_t more = texts_.size() - 1;
     waiting_.set_text(more > 0 ? std::to_string(more) + " more" : "");
     set_visible(true);
+    Announce(*this, text);
 }
 
 void NoticeBar::TakeAway()

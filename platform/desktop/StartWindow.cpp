@@ -3,6 +3,7 @@
 #include <gtkmm/box.h>
 #include <gtkmm/label.h>
 
+#include "platform/desktop/Accessible.h"
 #include "platform/desktop/Desktop.h"
 
 namespace velmora {
@@ -28,6 +29,7 @@ StartWindow::StartWindow(const Desktop& desktop) : desktop_(desktop)
     box->set_margin(kMargin);
     box->set_size_request(kWidth);
     box->append(*Gtk::make_managed<Gtk::Label>("Velmora reads your records."));
+    SetAccessibleName(bar_, "Velmora reads your records.");
     box->append(bar_);
     set_child(*box);
     const auto begin = [this] {

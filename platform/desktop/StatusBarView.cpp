@@ -15,11 +15,14 @@ namespace {
 constexpr int kPanelInset = 9;   // Padding and border of a panel, as the style sheet has them.
 constexpr int kLineHeight = 16;  // Room for one line of type.
 
+std::string WithoutDots(const std::string& text) { return text.substr(0, text.find_last_not_of('.') + 1); }
+
 }  // namespace
 
 StatusBarView::StatusBarView(velmora::StatusBar& control) : Glib::ObjectBase("velmora_StatusBarView"), control_(control)
 {
     SetAccessibleRole(*this, Gtk::Accessible::Role::STATUS);
+    SetAccessibleName(*this, "Status");
     add_css_class("statusline");
     for (int i = 1; i <= control.PanelCount(); ++i) AddPanel(i);
 }
@@ -28,6 +31,7 @@ void StatusBarView::AddPanel(int i)
 {
     Panel& panel = control_.Panels(i);
     auto* label = Gtk::make_managed<Gtk::Label>(OneLine(panel.Text()));
+    SetAccessibleName(*label, label->get_text());
     label->set_name(control_.Name + "Panel" + std::to_string(i));
     label->set_single_line_mode(true);
     label->set_ellipsize(Pango::EllipsizeMode::END);
@@ -38,8 +42,12 @@ void StatusBarView::AddPanel(int i)
     panels_.push_back(clip);
     labels_.push_back(label);
     label->signal_map().connect([this, i] { Fit(i); });
-    subscriptions_.push_back(panel.Text.Changed.Connect([this, i, label, &panel] {
+    subscriptions_.push_back(panel.Text.Changed.Connect([this, i, label, &panel, said = std::string()]() mutable {
         label->set_text(OneLine(panel.Text()));
+        // The dots that tell that something goes on are for the eye.
+        const std::string words = WithoutDots(panel.Text());
+        if (words != said) Announce(*label, label->get_text());
+        said = words;
         Fit(i);
     }));
     subscriptions_.push_back(panel.Width.Changed.Connect([this, i] {

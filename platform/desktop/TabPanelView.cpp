@@ -13,7 +13,9 @@ TabPanelView::TabPanelView(SSTab& control, ViewContext& context)
       strip_(*Gtk::make_managed<Gtk::Box>()), clip_(*Gtk::make_managed<Clip>(strip_))
 {
     add_css_class("tabpanel");
+    SetAccessibleRole(*this, Gtk::Accessible::Role::GROUP);
     SetAccessibleRole(strip_, Gtk::Accessible::Role::TAB_LIST);
+    SetAccessibleName(strip_, DisplayText(control.AccessibleName()));
     strip_.add_css_class("tabstrip");
     for (int tab = 0; tab < static_cast<int>(control.Captions.size()); ++tab) AddTab(tab);
     clip_.set_parent(*this);

@@ -26,6 +26,7 @@ FindBar::FindBar(WebKitWebView* view)
     AddButton("cmdFindPrevious", "Previous", [this] { Step(false); });
     AddButton("cmdFindClose", "Close", [this] { Close(); });
     gtk_widget_set_name(outcome_, "lblFind");
+    gtk_accessible_update_property(GTK_ACCESSIBLE(outcome_), GTK_ACCESSIBLE_PROPERTY_LABEL, "", -1);
     gtk_box_append(GTK_BOX(row_), outcome_);
 
     callbacks_.Connect(text_, "changed", [this] { Search(); });

@@ -160,6 +160,7 @@ GtkWidget* NewPageArea(WebKitWebView* view)
     g_object_set_data_full(G_OBJECT(box), kKeys, keys, [](gpointer data) { delete static_cast<PageKeys*>(data); });
     gtk_widget_set_vexpand(GTK_WIDGET(view), TRUE);
     gtk_widget_set_hexpand(GTK_WIDGET(view), TRUE);
+    gtk_accessible_update_property(GTK_ACCESSIBLE(view), GTK_ACCESSIBLE_PROPERTY_LABEL, "Web page", -1);
     gtk_box_append(GTK_BOX(box), GTK_WIDGET(view));
     gtk_box_append(GTK_BOX(box), keys->find.Widget());
     keys->Watch(box);
