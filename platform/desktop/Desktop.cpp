@@ -11,7 +11,9 @@
 #include <gtkmm/cssprovider.h>
 #include <gtkmm/icontheme.h>
 #include <gtkmm/init.h>
+#include <gtkmm/settings.h>
 #include <gtkmm/stylecontext.h>
+#include <pangomm/fontdescription.h>
 
 #include "desktop_files.h"
 #include "platform/desktop/DialogView.h"
@@ -21,12 +23,32 @@
 namespace velmora {
 namespace {
 
-void LoadStyle()
+void AddStyle(const std::string& rules, guint priority)
 {
     auto style = Gtk::CssProvider::create();
-    style->load_from_data(std::string(desktop_files::Find("velmora.css")));
-    Gtk::StyleContext::add_provider_for_display(Gdk::Display::get_default(), style,
-                                                GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+    style->load_from_data(rules);
+    Gtk::StyleContext::add_provider_for_display(Gdk::Display::get_default(), style, priority);
+}
+
+/// How much larger than usual the letters are that the user has chosen for the desktop. No smaller ones, since ours
+/// are small already, and none that would not fit the controls' places.
+double LargerType()
+{
+    constexpr double kUsualPoints = 11, kLargest = 1.5;
+    const Pango::FontDescription font(Gtk::Settings::get_default()->property_gtk_font_name().get_value());
+    const double points = font.get_size_is_absolute() ? 0 : static_cast<double>(font.get_size()) / Pango::SCALE;
+    return std::clamp(points / kUsualPoints, 1.0, kLargest);
+}
+
+void LoadStyle()
+{
+    AddStyle(std::string(desktop_files::Find("velmora.css")), GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+    constexpr int kTenths = 80;  // Of a point, as the style sheet has them.
+    const int tenths = static_cast<int>(kTenths * LargerType());
+    if (tenths == kTenths) return;
+    const std::string points = std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
+    AddStyle(".velmora, .velmora popover.menu contents { font-size: " + points + "pt; }",
+             GTK_STYLE_PROVIDER_PRIORITY_APPLICATION + 1);
 }
 
 /// What waited for a handler that was held comes now, and may ask as well: so often nothing must come.

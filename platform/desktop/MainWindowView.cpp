@@ -63,6 +63,7 @@ MainWindowView::~MainWindowView()
 void MainWindowView::Show()
 {
     window_.Visible = true;
+    place_.FitHeight();
     surface_.present();
 }
 

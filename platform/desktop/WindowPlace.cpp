@@ -1,6 +1,8 @@
 #include "platform/desktop/WindowPlace.h"
 
-#include <gdk/gdk.h>
+#include <gtk/gtk.h>
+
+#include <algorithm>
 
 #include "platform/desktop/Pixels.h"
 
@@ -34,23 +36,44 @@ void MoveOnX11(GdkSurface* surface, int left, int top)
     XMoveWindow(display, window, left, top);
 }
 
+struct Monitor {
+    GdkRectangle whole{};
+    GdkRectangle free{};  ///< Without what the desktop keeps for its panels.
+};
+
+/// The first monitor; empty where windows place themselves not.
+Monitor FirstMonitor(GdkDisplay* display)
+{
+    Monitor monitor;
+    if (!GDK_IS_X11_DISPLAY(display)) return monitor;
+    if (gpointer first = g_list_model_get_item(gdk_display_get_monitors(display), 0)) {
+        gdk_monitor_get_geometry(GDK_MONITOR(first), &monitor.whole);
+        gdk_x11_monitor_get_workarea(GDK_MONITOR(first), &monitor.free);
+        g_object_unref(first);
+    }
+    return monitor;
+}
+
 void MoveSurface(GdkSurface* surface, int left, int top)
 {
     if (!GDK_IS_X11_SURFACE(surface)) return;
-    GdkRectangle monitor{};
-    if (gpointer first = g_list_model_get_item(gdk_display_get_monitors(gdk_surface_get_display(surface)), 0)) {
-        gdk_monitor_get_geometry(GDK_MONITOR(first), &monitor);
-        g_object_unref(first);
-    }
+    const Monitor monitor = FirstMonitor(gdk_surface_get_display(surface));
     const int scale = gdk_surface_get_scale_factor(surface);
-    MoveOnX11(surface, (monitor.x + left) * scale, (monitor.y + top) * scale);
+    // On a screen smaller than the window the middle would take title bar and menus off it.
+    const int x = std::max(monitor.whole.x + left, monitor.free.x);
+    const int y = std::max(monitor.whole.y + top, monitor.free.y);
+    MoveOnX11(surface, x * scale, y * scale);
 }
+
+int FreeHeight(GdkDisplay* display) { return FirstMonitor(display).free.height; }
 
 G_GNUC_END_IGNORE_DEPRECATIONS
 
 #else
 
 void MoveSurface(GdkSurface*, int, int) {}
+
+int FreeHeight(GdkDisplay*) { return 0; }
 
 #endif
 
@@ -63,6 +86,15 @@ WindowPlace::WindowPlace(Gtk::Window& surface, velmora::Window& window) : surfac
     surface.signal_map().connect([this] { Move(); });
     left_ = window.Left.Changed.Connect([this] { Move(); });
     top_ = window.Top.Changed.Connect([this] { Move(); });
+}
+
+void WindowPlace::FitHeight()
+{
+    constexpr int kTitleBar = 30;
+    const int highest = FreeHeight(gtk_widget_get_display(GTK_WIDGET(surface_.gobj()))) - kTitleBar;
+    int minimum = 0, natural = 0, baseline = -1;
+    surface_.measure(Gtk::Orientation::VERTICAL, -1, minimum, natural, baseline, baseline);
+    if (highest > 0 && natural > highest) surface_.set_default_size(-1, highest);
 }
 
 void WindowPlace::Move()

@@ -14,6 +14,10 @@ public:
     /// Made before the surface is first shown; both must outlive this.
     WindowPlace(Gtk::Window& surface, velmora::Window& window);
 
+    /// Has the surface come up no higher than the screen has room for it, title bar included: the toolkit counts
+    /// without that one. Before it is first shown.
+    void FitHeight();
+
 private:
     void Move();
 
