@@ -149,6 +149,19 @@ TEST_F(BrowserDuties, TheGuideTakesWhatItCanShowAndFromItsOwnPagesAlone)
     Go("velmora://guide/practice");
     Press("cmdBack");
     RunUntil([&] { return Completed().back() == "velmora://guide/"; }, "the page before");
+    // All pages that it leads to are there, and what their forms go to shows what was sent.
+    Start(R"((async () => {
+        const pages = new Set(["practice"]), wrong = [];
+        for (const page of pages) {
+            const answer = await fetch(page, {method: "POST", body: "a=x%2By"}), text = await answer.text();
+            const isRight = answer.ok && /answer$|result$/.test(page) === text.includes("<td>x+y</td>");
+            if (!isRight) wrong.push(page);
+            for (const [, link] of text.matchAll(/(?:href=|action=|src=|open\()["'](.+?)["']/g)) pages.add(link);
+        }
+        document.title = wrong.join() || String(pages.size > 25);
+    })())");
+    Await("String(document.title !== 'Welcome to Velmora')", "true");
+    EXPECT_EQ(Script("document.title"), "true");
     const Heartbeat heart;
     Start(
         "fetch('answer', {method: 'POST', body: 'a=' + 'x+'.repeat(25000000)})"

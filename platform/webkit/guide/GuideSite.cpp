@@ -17,6 +17,11 @@ namespace {
 constexpr std::size_t kMostBytes = 64 * 1024;
 constexpr std::ptrdiff_t kMostPairs = 200;
 
+constexpr const char* kPages[] = {"index",  "record",     "playback", "edit",        "chains",    "bookmarks",
+                                  "popups", "proxy",      "limits",   "files",       "exercises", "practice",
+                                  "search", "late",       "script",   "chain",       "chain-2",   "chain-3",
+                                  "frames", "frame-form", "popup",    "popup-window"};
+
 std::string Escaped(std::string_view text)
 {
     std::string html;
@@ -82,11 +87,21 @@ struct Page {
     guint status = 200;
 };
 
-Page AnswerPage(const std::string& method, std::string_view sent)
+/// A packed page with the links to all others; on its own link it says so. Inside frames there are none.
+std::string WithNavigation(const std::string& file, const std::string& path)
+{
+    const bool isInFrame = path.starts_with("/frame-");
+    const std::string link = "href=\"" + (path == "/index" ? "velmora://guide/" : path.substr(1)) + "\"";
+    const std::string links(isInFrame ? "" : guide_pages::Find("nav.html"));
+    return Replaced(std::string(guide_pages::Find(file)), "<!--NAVIGATION-->",
+                    Replaced(links, link, link + " aria-current=\"page\""));
+}
+
+Page AnswerPage(const std::string& path, const std::string& method, std::string_view sent)
 {
     if (sent.size() > kMostBytes || std::count(sent.begin(), sent.end(), '&') >= kMostPairs)
-        return {.text = std::string(guide_pages::Find("toolong.html")), .status = 413};
-    std::string page(guide_pages::Find("answer.html"));
+        return {.text = WithNavigation("toolong.html", path), .status = 413};
+    std::string page = WithNavigation("answer.html", path);
     page = Replaced(std::move(page), "<!--METHOD-->", Escaped(method));
     return {.text = Replaced(std::move(page), "<!--ANSWER-->", AnswerRows(sent))};
 }
@@ -107,10 +122,10 @@ Page PageOf(const std::string& address, const std::string& method, const std::st
     const std::string path = PathIn(address).value_or("");
     if (path == "/style.css")
         return {.text = std::string(guide_pages::Find("style.css")), .type = "text/css; charset=utf-8"};
-    if (path == "/answer" || path == "/result") return AnswerPage(method, sent);
-    for (const char* name : {"index", "practice", "search"}) {
-        if (path == std::string("/") + name)
-            return {.text = std::string(guide_pages::Find(name + std::string(".html")))};
+    // Each practice form goes to a file of its own: forms of several pages that go to one are not told apart.
+    if (path.ends_with("answer") || path == "/result") return AnswerPage(path, method, sent);
+    for (const char* name : kPages) {
+        if (path == std::string("/") + name) return {.text = WithNavigation(name + std::string(".html"), path)};
     }
     return {.text = FailurePage(address, "There is no such page in the guide."), .status = 404};
 }
