@@ -127,13 +127,28 @@
     });
   });
 
-  /** The button by which a form is submitted; null if a script gathers its entries. */
-  function submitterOf(form) {
-    if (lastSubmit.form !== form) return null;
-    // The engine gathers them once all listeners have run and none has stopped it; before that and
-    // after that it is a page's script: `new FormData(form)` or `form.submit()`.
-    const goesOut = lastSubmit.event.eventPhase === Event.NONE && !lastSubmit.event.defaultPrevented;
-    return goesOut ? lastSubmit.event.submitter : null;
+  /**
+   * Whether the engine gathers a form's entries because of its submit event: once all listeners have run and none
+   * has stopped it. Before that and after that it is a page's script: `new FormData(form)` or `form.submit()`.
+   */
+  const isSubmitted = (form) => lastSubmit.form === form && lastSubmit.event.eventPhase === Event.NONE &&
+    !lastSubmit.event.defaultPrevented;
+
+  const submitterOf = (form) => (isSubmitted(form) ? lastSubmit.event.submitter : null);
+
+  // For so long, in milliseconds, what is gathered of a form that was submitted is not what is sent: newer
+  // engines do so once more for the page's own eyes when the navigation begins.
+  const kEcho = 500;
+
+  let justSubmitted = null;
+
+  function isEcho(form) {
+    if (!isSubmitted(form)) return form === justSubmitted;
+    justSubmitted = form;
+    clock.after(kEcho, () => {
+      justSubmitted = null;
+    });
+    return false;
   }
 
   /** What the program is told of a form that goes out, and whether it has not been told of the form before. */
@@ -143,6 +158,7 @@
   let lastFacts = { formData: null, packed: "" };
 
   const tellFormData = dom.guarded((event) => {
+    if (isEcho(event.target)) return;
     const facts = describeSent(event.target, submitterOf(event.target), event.formData, false);
     if (facts[1] === "dialog") return; // closes a dialog of the page, goes nowhere
     facts.push(forms.handleOf(event.target));
@@ -156,7 +172,7 @@
   // told as they are at first, and again if they differ after the listeners of any of these places:
   // the program takes the last.
   dom.keepInside("formdata", (event) => {
-    forms.goesOut(event.target);
+    if (!isEcho(event.target)) forms.goesOut(event.target);
     tellFormData(event);
     for (const place of [event.target, dom.rootOf(event.target), window]) {
       dom.unlisten(place, "formdata", tellFormData); // to come after those that were added since
