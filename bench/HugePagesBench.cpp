@@ -3,34 +3,13 @@
 // grown_mb what the program has kept of ten such visits.
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <fstream>
 
 #include "bench/BenchPage.h"
+#include "tests/support/Heartbeat.h"
 
 namespace velmora::bench {
 namespace {
-
-/// The longest time for which the main loop stood still.
-class Heartbeat {
-public:
-    ~Heartbeat() { g_source_remove(beat_); }
-    double LongestMs() const { return longest_.count(); }
-
-private:
-    static gboolean Beat(gpointer self)
-    {
-        auto& heart = *static_cast<Heartbeat*>(self);
-        const auto now = Clock::now();
-        heart.longest_ = std::max(heart.longest_, std::chrono::duration<double, std::milli>(now - heart.last_));
-        heart.last_ = now;
-        return G_SOURCE_CONTINUE;
-    }
-
-    std::chrono::duration<double, std::milli> longest_{0};
-    Clock::time_point last_ = Clock::now();
-    guint beat_ = g_timeout_add_full(G_PRIORITY_HIGH, 2, Beat, this, nullptr);
-};
 
 double ResidentMegabytes()
 {
@@ -102,11 +81,11 @@ void Huge(benchmark::State& state)
                               RecordFor(page.Server().Url("/huge.html"), page.Server().Url("/to.cgi")));
     program.mnuManualClick_Click();
     program.mnuAutoRecord_Click();
-    Heartbeat heart;
+    const test::Heartbeat heart;
     Visit(page);
     const double before = ResidentMegabytes();
     for (auto _ : state) Visit(page);
-    state.counters["held_ms"] = heart.LongestMs();
+    state.counters["held_ms"] = heart.Longest() * 1000;
     state.counters["grown_mb"] = ResidentMegabytes() - before;
     program.mnuAutoRecord_Click();
     program.mnuNoFill_Click();

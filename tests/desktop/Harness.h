@@ -15,6 +15,7 @@
 
 #include "program/Program.h"
 #include "tests/desktop/Hands.h"
+#include "tests/support/Heartbeat.h"
 #include "tests/support/WebServer.h"
 
 namespace velmora::test {
@@ -26,26 +27,6 @@ bool ComesTrue(const std::function<bool()>& condition, std::chrono::milliseconds
 /// The same, for what has to come. After ten seconds the test fails, with `what` it waited
 /// for, and false comes back.
 bool RunUntil(const std::function<bool()>& condition, const std::string& what);
-
-/// The longest time for which the main loop stood still.
-class Heartbeat {
-public:
-    ~Heartbeat() { beat_.disconnect(); }
-    double Longest() const { return longest_; }  ///< In seconds.
-
-private:
-    bool Beat()
-    {
-        const auto now = std::chrono::steady_clock::now();
-        longest_ = std::max(longest_, std::chrono::duration<double>(now - last_).count());
-        last_ = now;
-        return true;
-    }
-
-    double longest_ = 0;
-    std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
-    sigc::connection beat_ = Glib::signal_timeout().connect([this] { return Beat(); }, 20);
-};
 
 /// The bytes of a file.
 std::string FileText(const std::filesystem::path& file);
