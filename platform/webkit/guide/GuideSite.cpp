@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "guide_pages.h"
+#include "guide_parts.h"
 #include "platform/glib/Handle.h"
 
 namespace velmora {
@@ -16,11 +17,6 @@ namespace {
 // More than the practice forms can send, and little enough to read and show at once.
 constexpr std::size_t kMostBytes = 64 * 1024;
 constexpr std::ptrdiff_t kMostPairs = 200;
-
-constexpr const char* kPages[] = {"index",  "record",     "playback", "edit",        "chains",    "bookmarks",
-                                  "popups", "proxy",      "limits",   "files",       "exercises", "practice",
-                                  "search", "late",       "script",   "chain",       "chain-2",   "chain-3",
-                                  "frames", "frame-form", "popup",    "popup-window"};
 
 std::string Escaped(std::string_view text)
 {
@@ -87,21 +83,20 @@ struct Page {
     guint status = 200;
 };
 
-/// A packed page with the links to all others; on its own link it says so. Inside frames there are none.
-std::string WithNavigation(const std::string& file, const std::string& path)
+/// The page with the links to all others; on its own link it says so. Inside frames there are none.
+std::string WithNavigation(std::string_view page, const std::string& path)
 {
     const bool isInFrame = path.starts_with("/frame-");
     const std::string link = "href=\"" + (path == "/index" ? "velmora://guide/" : path.substr(1)) + "\"";
-    const std::string links(isInFrame ? "" : guide_pages::Find("nav.html"));
-    return Replaced(std::string(guide_pages::Find(file)), "<!--NAVIGATION-->",
-                    Replaced(links, link, link + " aria-current=\"page\""));
+    const std::string links(isInFrame ? "" : guide_parts::Find("nav.html"));
+    return Replaced(std::string(page), "<!--NAVIGATION-->", Replaced(links, link, link + " aria-current=\"page\""));
 }
 
 Page AnswerPage(const std::string& path, const std::string& method, std::string_view sent)
 {
     if (sent.size() > kMostBytes || std::count(sent.begin(), sent.end(), '&') >= kMostPairs)
-        return {.text = WithNavigation("toolong.html", path), .status = 413};
-    std::string page = WithNavigation("answer.html", path);
+        return {.text = WithNavigation(guide_parts::Find("toolong.html"), path), .status = 413};
+    std::string page = WithNavigation(guide_parts::Find("answer.html"), path);
     page = Replaced(std::move(page), "<!--METHOD-->", Escaped(method));
     return {.text = Replaced(std::move(page), "<!--ANSWER-->", AnswerRows(sent))};
 }
@@ -121,12 +116,11 @@ Page PageOf(const std::string& address, const std::string& method, const std::st
 {
     const std::string path = PathIn(address).value_or("");
     if (path == "/style.css")
-        return {.text = std::string(guide_pages::Find("style.css")), .type = "text/css; charset=utf-8"};
+        return {.text = std::string(guide_parts::Find("style.css")), .type = "text/css; charset=utf-8"};
     // Each practice form goes to a file of its own: forms of several pages that go to one are not told apart.
     if (path.ends_with("answer") || path == "/result") return AnswerPage(path, method, sent);
-    for (const char* name : kPages) {
-        if (path == std::string("/") + name) return {.text = WithNavigation(name + std::string(".html"), path)};
-    }
+    const std::string_view page = path.empty() ? "" : guide_pages::Find(path.substr(1) + ".html");
+    if (!page.empty()) return {.text = WithNavigation(page, path)};
     return {.text = FailurePage(address, "There is no such page in the guide."), .status = 404};
 }
 
@@ -184,7 +178,7 @@ void ServeGuide(WebKitWebContext* context)
 
 std::string FailurePage(const std::string& address, const std::string& reason)
 {
-    std::string page(guide_pages::Find("error.html"));
+    std::string page(guide_parts::Find("error.html"));
     page = Replaced(std::move(page), "<!--ADDRESS-->", Escaped(address));
     return Replaced(std::move(page), "<!--REASON-->", Escaped(reason));
 }
