@@ -47,22 +47,23 @@ void Turns::RunWaitingLater()
     if (!later_) return RunWaiting();
     // One at a time: many turns that wait would hold the window for all of them together.
     later_([this] {
-        RunNext();
-        if (!isTaken_ && !waiting_.empty()) RunWaitingLater();
+        if (RunNext() && !waiting_.empty()) RunWaitingLater();
     });
 }
 
 void Turns::RunWaiting()
 {
-    while (!isTaken_ && !waiting_.empty()) RunNext();
+    while (RunNext()) {
+    }
 }
 
-void Turns::RunNext()
+bool Turns::RunNext()
 {
-    if (isTaken_ || waiting_.empty()) return;
+    if (isTaken_ || waiting_.empty()) return false;
     const Action next = std::move(waiting_.front());
     waiting_.pop_front();
     Run(next);
+    return true;
 }
 
 }  // namespace velmora

@@ -32,7 +32,8 @@ private:
     void Run(const Action& action);
     void RunWaiting();
     void RunWaitingLater();
-    void RunNext();
+    /// False if nothing waits, or a turn is under way.
+    bool RunNext();
 
     std::function<void(Action)> later_;
     std::deque<Action> waiting_;

@@ -28,8 +28,9 @@ StartWindow::StartWindow(const Desktop& desktop) : desktop_(desktop)
     auto* const box = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, kGap);
     box->set_margin(kMargin);
     box->set_size_request(kWidth);
-    box->append(*Gtk::make_managed<Gtk::Label>("Velmora reads your records."));
-    SetAccessibleName(bar_, "Velmora reads your records.");
+    auto* const text = Gtk::make_managed<Gtk::Label>("Velmora reads your records.");
+    box->append(*text);
+    SetAccessibleName(bar_, text->get_text());
     box->append(bar_);
     set_child(*box);
     const auto begin = [this] {

@@ -141,11 +141,13 @@
   const kEcho = 500;
 
   let justSubmitted = null;
+  let echoEnd = 0;
 
   function isEcho(form) {
     if (!isSubmitted(form)) return form === justSubmitted;
     justSubmitted = form;
-    clock.after(kEcho, () => {
+    clock.cancel(echoEnd);
+    echoEnd = clock.after(kEcho, () => {
       justSubmitted = null;
     });
     return false;
@@ -227,6 +229,7 @@
     forms,
     concernsForms: (records) => records.some(changesStructure),
     watch: (isOn) => watch("settling", isOn),
+    acts: () => acts,
     tell: (laterForms) => {
       tell("finished", [dom.address(), isTop, laterForms.length, ...laterForms.map(forms.handleOf)]);
       queueMicrotask(() => serve(0));

@@ -73,7 +73,8 @@
   /** Method, address and target with which a form goes out by a button. */
   function destinationOf(form, submitter) {
     const target = targetName(submitter?.getAttribute("formtarget")) ?? targetOf(form);
-    const address = goesToScript(form, submitter) ? dom.address() : actionOf(form, submitter);
+    const action = actionOf(form, submitter);
+    const address = dom.isScript(action) ? dom.address() : action;
     return { method: effective("method", "Method", form, submitter), address, target };
   }
 

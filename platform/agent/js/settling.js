@@ -7,10 +7,11 @@
 //   concernsForms(records): whether changes of the document concern its forms
 //   watch(isOn): whether the agent is to tell of the requests that the page makes, by `requested`
 //   tell(forms): the document has finished, for the sake of these forms alone if there are any
+//   acts(): how often the user has pressed a key or a button in the page
 (function (dom, agent) {
   "use strict";
 
-  const { clock, forms, concernsForms, watch, tell } = agent;
+  const { clock, forms, concernsForms, watch, tell, acts } = agent;
 
   // A page that draws itself does so in bursts of a few milliseconds with pauses for what it fetches, and
   // scripts take over what a server has drawn. A pause of this length, in milliseconds, ends that; a page
@@ -133,8 +134,6 @@
   // that the user does something.
   let known = [];
   let hasActed = false;
-  // How often the user has done something.
-  let acts = 0;
   let laterChanges = null;
 
   /** What tells a form from another: the form, where it goes and the names of what is filled in. */
@@ -177,11 +176,11 @@
    * once for each time that the user does something, since the page may refuse it at first.
    */
   function isNews(form) {
-    const now = { ...sketch(form), newsAt: acts };
+    const now = { ...sketch(form), newsAt: acts() };
     // What a page that is still loading hands on by itself has nothing to fill in.
     if (toldAddress === null && !hasNames(now)) return false;
     const before = known.find((each) => isSame(now, each));
-    if (!hasActed || (before !== undefined && (before.newsAt ?? acts) === acts)) return false;
+    if (!hasActed || (before !== undefined && (before.newsAt ?? acts()) === acts())) return false;
     clock.after(0, () => (before === undefined ? known.push(now) : Object.assign(before, now)));
     return true;
   }
@@ -202,7 +201,6 @@
   /** What a page of today draws because of the user may hold a form: it is looked for from here on. */
   function acted() {
     hasActed = true;
-    acts += 1;
     if (toldAddress !== null) lookWhenRested();
   }
 
