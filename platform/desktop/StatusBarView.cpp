@@ -1,6 +1,7 @@
 #include "platform/desktop/StatusBarView.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/desktop/Accessible.h"
 #include "platform/desktop/Caption.h"
@@ -41,7 +42,7 @@ void StatusBarView::AddPanel(int i)
     clip->set_parent(*this);
     panels_.push_back(clip);
     labels_.push_back(label);
-    label->signal_map().connect([this, i] { Fit(i); });
+    rooms_.push_back(0);
     subscriptions_.push_back(panel.Text.Changed.Connect([this, i, label, &panel, said = std::string()]() mutable {
         label->set_text(OneLine(panel.Text()));
         // The dots that tell that something goes on are for the eye.
@@ -50,16 +51,14 @@ void StatusBarView::AddPanel(int i)
         said = words;
         Fit(i);
     }));
-    subscriptions_.push_back(panel.Width.Changed.Connect([this, i] {
-        Fit(i);
-        queue_allocate();
-    }));
+    subscriptions_.push_back(panel.Width.Changed.Connect([this] { queue_allocate(); }));
 }
 
 void StatusBarView::Fit(int i)
 {
     if (i == 1) return;
-    FitCaption(*labels_[static_cast<std::size_t>(i - 1)], Edge(control_.Panels(i).Width()) - kPanelInset, kLineHeight);
+    const auto at = static_cast<std::size_t>(i - 1);
+    FitCaption(*labels_[at], rooms_[at] - kPanelInset, kLineHeight);
 }
 
 void StatusBarView::size_allocate_vfunc(int width, int height, int)
@@ -69,8 +68,10 @@ void StatusBarView::size_allocate_vfunc(int width, int height, int)
         const int left = Edge(edge);
         edge += control_.Panels(i).Width();
         // Panels may reach beyond the bar; what is outside is cut off, so that texts end in time.
-        const int right = std::min(Edge(edge), width);
-        PutAt(*panels_[static_cast<std::size_t>(i - 1)], {left, 0, std::max(0, right - left), height});
+        const int room = std::max(0, std::min(Edge(edge), width) - left);
+        const auto at = static_cast<std::size_t>(i - 1);
+        if (std::exchange(rooms_[at], room) != room) Fit(i);
+        PutAt(*panels_[at], {left, 0, room, height});
     }
 }
 

@@ -19,13 +19,14 @@ protected:
 
 private:
     void AddPanel(int i);
-    /// Fits the type of a panel to its width. The first panel, a line of messages of any length, keeps its
-    /// type and ends in dots.
+    /// Fits the type of a panel to the room that it has on the bar. The first panel, a line of messages of any
+    /// length, keeps its type and ends in dots.
     void Fit(int i);
 
     velmora::StatusBar& control_;
     std::vector<Gtk::Widget*> panels_;
     std::vector<Gtk::Label*> labels_;
+    std::vector<int> rooms_;  // How wide each panel is drawn, in pixels.
     std::vector<Subscription> subscriptions_;
 };
 
