@@ -63,7 +63,8 @@ picture_of() {
     import -window "$window" -crop "$size+${place%+*}+$((${place#*+} + menu))" +repage "$1"
 }
 
-same_picture() { compare -metric AE "$1" "$2" null: 2>/dev/null; }
+# same_picture <file> <file>: whether they are alike; the engine draws a letter a shade lighter now and then.
+same_picture() { compare -fuzz 1% -metric AE "$1" "$2" null: 2>/dev/null; }
 
 # stands_still <file> <piece>: whether a piece looks as it did at the last call.
 stands_still() {
