@@ -136,19 +136,19 @@
 
   const submitterOf = (form) => (isSubmitted(form) ? lastSubmit.event.submitter : null);
 
-  // For so long, in milliseconds, what is gathered of a form that was submitted is not what is sent: newer
-  // engines do so once more for the page's own eyes when the navigation begins.
-  const kEcho = 500;
+  // For so long, in milliseconds, and until the user acts anew, what is gathered of a form that was submitted is
+  // not what is sent: newer engines do so once more for the page's own eyes when the navigation begins.
+  const kEcho = 5000;
 
-  let justSubmitted = null;
-  let echoEnd = 0;
+  const kNoForm = { form: null, acts: 0 };
+  let justSubmitted = kNoForm;
 
   function isEcho(form) {
-    if (!isSubmitted(form)) return form === justSubmitted;
-    justSubmitted = form;
-    clock.cancel(echoEnd);
-    echoEnd = clock.after(kEcho, () => {
-      justSubmitted = null;
+    if (!isSubmitted(form)) return form === justSubmitted.form && acts === justSubmitted.acts;
+    const submitted = { form, acts };
+    justSubmitted = submitted;
+    clock.after(kEcho, () => {
+      if (justSubmitted === submitted) justSubmitted = kNoForm;
     });
     return false;
   }
