@@ -6,7 +6,6 @@
 #include <utility>
 
 #include <gdkmm/display.h>
-#include <gdkmm/monitor.h>
 #include <gtk/gtk.h>
 #include <gtkmm/cssprovider.h>
 #include <gtkmm/icontheme.h>
@@ -18,6 +17,7 @@
 #include "desktop_files.h"
 #include "platform/desktop/DialogView.h"
 #include "platform/desktop/MessageBox.h"
+#include "platform/desktop/Monitors.h"
 #include "platform/desktop/Pixels.h"
 
 namespace velmora {
@@ -53,16 +53,6 @@ void LoadStyle()
 
 /// What waited for a handler that was held comes now, and may ask as well: so often nothing must come.
 constexpr int kQuietRounds = 3;
-
-/// The screen's size in pixels.
-Gdk::Rectangle Screen()
-{
-    Gdk::Rectangle size(0, 0, 1024, 768);
-    const auto monitors = Gdk::Display::get_default()->get_monitors();
-    const auto monitor = std::dynamic_pointer_cast<Gdk::Monitor>(monitors->get_object(0));
-    if (monitor) monitor->get_geometry(size);
-    return size;
-}
 
 }  // namespace
 
@@ -196,6 +186,13 @@ void Desktop::SetMainWindow(Gtk::Window* window, std::function<void(const std::s
     for (const std::string& text : waiting) {
         if (showLine_) showLine_(text);
     }
+}
+
+Gdk::Rectangle Desktop::Screen() const
+{
+    Gdk::Rectangle place(0, 0, 1024, 768);
+    if (const auto monitor = MonitorOf(Foremost())) monitor->get_geometry(place);
+    return place;
 }
 
 Gtk::Window* Desktop::Foremost() const

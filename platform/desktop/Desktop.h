@@ -57,6 +57,8 @@ private:
         NestedLoop& loop;
     };
 
+    /// The place of the monitor on which a new window is to stand, in pixels.
+    Gdk::Rectangle Screen() const;
     /// The window that a new box or dialog is to stand in front of; null if there is none to see.
     Gtk::Window* Foremost() const;
     void Hold(const OpenWindow& window);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "platform/desktop/Monitors.h"
 #include "platform/desktop/Pixels.h"
 
 // Its macros spoil other headers.
@@ -36,44 +37,34 @@ void MoveOnX11(GdkSurface* surface, int left, int top)
     XMoveWindow(display, window, left, top);
 }
 
-struct Monitor {
-    GdkRectangle whole{};
-    GdkRectangle free{};  ///< Without what the desktop keeps for its panels.
-};
-
-/// The first monitor; empty where windows place themselves not.
-Monitor FirstMonitor(GdkDisplay* display)
+/// The place of a monitor without what the desktop keeps for its panels; empty where windows place themselves not.
+GdkRectangle WorkArea(GdkMonitor* monitor)
 {
-    Monitor monitor;
-    if (!GDK_IS_X11_DISPLAY(display)) return monitor;
-    if (gpointer first = g_list_model_get_item(gdk_display_get_monitors(display), 0)) {
-        gdk_monitor_get_geometry(GDK_MONITOR(first), &monitor.whole);
-        gdk_x11_monitor_get_workarea(GDK_MONITOR(first), &monitor.free);
-        g_object_unref(first);
-    }
-    return monitor;
+    GdkRectangle area{};
+    if (GDK_IS_X11_MONITOR(monitor)) gdk_x11_monitor_get_workarea(monitor, &area);
+    return area;
 }
 
-void MoveSurface(GdkSurface* surface, int left, int top)
+void MoveSurface(GdkSurface* surface, GdkMonitor* monitor, int left, int top)
 {
     if (!GDK_IS_X11_SURFACE(surface)) return;
-    const Monitor monitor = FirstMonitor(gdk_surface_get_display(surface));
+    GdkRectangle whole{};
+    gdk_monitor_get_geometry(monitor, &whole);
+    const GdkRectangle free = WorkArea(monitor);
     const int scale = gdk_surface_get_scale_factor(surface);
     // On a screen smaller than the window the middle would take title bar and menus off it.
-    const int x = std::max(monitor.whole.x + left, monitor.free.x);
-    const int y = std::max(monitor.whole.y + top, monitor.free.y);
+    const int x = std::max(whole.x + left, free.x);
+    const int y = std::max(whole.y + top, free.y);
     MoveOnX11(surface, x * scale, y * scale);
 }
-
-int FreeHeight(GdkDisplay* display) { return FirstMonitor(display).free.height; }
 
 G_GNUC_END_IGNORE_DEPRECATIONS
 
 #else
 
-void MoveSurface(GdkSurface*, int, int) {}
+GdkRectangle WorkArea(GdkMonitor*) { return {}; }
 
-int FreeHeight(GdkDisplay*) { return 0; }
+void MoveSurface(GdkSurface*, GdkMonitor*, int, int) {}
 
 #endif
 
@@ -91,7 +82,8 @@ WindowPlace::WindowPlace(Gtk::Window& surface, velmora::Window& window) : surfac
 void WindowPlace::FitHeight()
 {
     constexpr int kTitleBar = 30;
-    const int highest = FreeHeight(gtk_widget_get_display(GTK_WIDGET(surface_.gobj()))) - kTitleBar;
+    const auto monitor = MonitorOf(&surface_);
+    const int highest = monitor ? WorkArea(monitor->gobj()).height - kTitleBar : 0;
     int minimum = 0, natural = 0, baseline = -1;
     surface_.measure(Gtk::Orientation::VERTICAL, -1, minimum, natural, baseline, baseline);
     if (highest > 0 && natural > highest) surface_.set_default_size(-1, highest);
@@ -100,7 +92,8 @@ void WindowPlace::FitHeight()
 void WindowPlace::Move()
 {
     GdkSurface* const surface = gtk_native_get_surface(GTK_NATIVE(surface_.gobj()));
-    if (surface) MoveSurface(surface, Edge(window_.Left()), Edge(window_.Top()));
+    const auto monitor = MonitorOf(surface_.get_transient_for());
+    if (surface && monitor) MoveSurface(surface, monitor->gobj(), Edge(window_.Left()), Edge(window_.Top()));
 }
 
 }  // namespace velmora

@@ -7,8 +7,9 @@
 
 namespace velmora {
 
-/// Keeps a window of the screen at Left and Top of the window that it shows, counted from the corner of
-/// the first monitor. Under X11 alone: elsewhere a window stands where the desktop puts it.
+/// Keeps a window of the screen at Left and Top of the window that it shows, counted from the corner of the monitor
+/// that shows the window it belongs to, or of the primary one. Under X11 alone: elsewhere a window stands where the
+/// desktop puts it.
 class WindowPlace {
 public:
     /// Made before the surface is first shown; both must outlive this.
