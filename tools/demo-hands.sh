@@ -8,7 +8,8 @@ menu=0   # height of its menu bar
 pid=     # the program
 log=demo/program.log
 
-inner_height=662 # of the inner area, at the start
+inner_height=662  # of the inner area, at the start
+page=849x560+8+80 # the browser in it, while the record panel is hidden
 
 give_up() {
     import -window root demo/failure.png 2>/dev/null || true
@@ -27,14 +28,18 @@ wait_until() {
     done
 }
 
-# step <text>: tells what has been done and takes a picture of it.
+# step <text> [name]: tells what has been done and takes a picture of it, once the page and what stands before it are
+# drawn. With a name, the windows alone go to a picture of that name, too: the README shows these.
 steps=0
 step() {
     steps=$((steps + 1))
+    picture_at_rest demo/rest "$page"
+    rm -f demo/rest.png
     local number
     number=$(printf '%02d' "$steps")
     import -window root "demo/$number-step.png" || give_up "no picture could be taken"
-    printf '%s  %s\n' "$number" "$*"
+    [[ -z ${2:-} ]] || convert "demo/$number-step.png" -trim +repage -colors 256 "demo/$2.png"
+    printf '%s  %s\n' "$number" "$1"
 }
 
 find_window() { xdotool search --onlyvisible --name "$1" 2>/dev/null | head -n 1; }
@@ -66,12 +71,16 @@ picture_of() {
 # same_picture <file> <file>: whether they are alike; the engine draws a letter a shade lighter now and then.
 same_picture() { compare -fuzz 1% -metric AE "$1" "$2" null: 2>/dev/null; }
 
-# stands_still <file> <piece>: whether a piece looks as it did at the last call.
+# stands_still <file> <piece>: whether a piece looks as it did at the last three calls.
+still=0
 stands_still() {
     picture_of "$1.png" "$2"
     if [[ -f $1-before.png ]] && same_picture "$1.png" "$1-before.png"; then
-        return 0
+        still=$((still + 1))
+    else
+        still=0
     fi
+    ((still < 3)) || return 0
     mv "$1.png" "$1-before.png"
     return 1
 }
@@ -79,6 +88,7 @@ stands_still() {
 # picture_at_rest <file> <piece>: the picture of a piece once it has stopped changing.
 picture_at_rest() {
     rm -f "$1.png" "$1-before.png"
+    still=0
     wait_until "a page that stands still" stands_still "$1" "$2"
     rm -f "$1-before.png"
 }

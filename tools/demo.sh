@@ -26,10 +26,9 @@ temporary_tab=(180 450)
 first_row=(200 490)
 move_to_permanent=(803 535)
 go_to=(803 575)
-
-# The browser, while the record panel is hidden, and places on its pages.
-page=849x560+8+80
 panel=849x180+8+450 # where the record panel comes up
+
+# Places on the pages.
 banner=(700 100)       # in the coloured head of every page
 below_banner=(700 140) # in the head of the guide, below that of the practice form
 field_name=(220 233)
@@ -102,7 +101,7 @@ record() {
     step "The form is filled in"
     click "${send[@]}"
     wait_until "the question about the new record" is_shown '^Velmora$'
-    step "The form is sent: a temporary record is created"
+    step "The form is sent: a temporary record is created" record
     answer_box '^Velmora$' Escape
     wait_until "the answer page" answer_is_shown
     picture_at_rest demo/answer-sent "$page"
@@ -114,7 +113,7 @@ keep() {
     click "${temporary_tab[@]}"
     picture_at_rest demo/list 700x100+20+470
     click "${first_row[@]}"
-    step "The record stands on the tab Temporary Record"
+    step "The record stands on the tab Temporary Record" keep
     click "${move_to_permanent[@]}"
     wait_until "the record's file" record_is_kept
     check_record
@@ -135,7 +134,7 @@ play_back() {
     answer_box "^Address: $address_typed\$" Return
     wait_until "the question before the fill" is_shown '^Session=Session1$'
     wait_until "the practice form behind it" practice_is_shown
-    step "The form has come; the program asks whether to fill it in"
+    step "The form has come; the program asks whether to fill it in" play-back
     answer_box '^Session=Session1$' Return
     wait_until "the answer page" answer_is_shown
     wait_until "an answer page like the first one" looks_like demo/answer-played.png "$page" demo/answer-sent.png

@@ -50,7 +50,7 @@ agreed() {
 
 # need_packages <section>...: installs what is missing. What that is, and how much, is shown first; the user may say no.
 need_packages() {
-    command -v dpkg-query >/dev/null || fail "this system has no dpkg; Velmora is made for Debian 12"
+    command -v dpkg-query >/dev/null || fail "this system has no dpkg; Velmora is made for Debian 12 and 13"
     local missing plan
     mapfile -t missing < <(missing_packages "$@")
     ((${#missing[@]})) || return 0
