@@ -50,7 +50,9 @@ int Start()
     Program program(desktop, desktop, Program::UserOptions());
     program.Start();
     if (velmora::IsSandboxOff()) {
-        const std::string message = "The sandbox is switched off: pages can reach all that you can reach.";
+        const std::string message =
+            "The sandbox is switched off: pages can reach all that you can reach. Start Velmora without "
+            "WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS to switch it on.";
         std::fprintf(stderr, "velmora: %s\n", message.c_str());
         desktop.Tell(message);
     }

@@ -27,7 +27,9 @@ Program::Program(Desktop& desktop, Dialogs& dialogs, const Options& options)
       timer_(form_.Timer1), view_(form_, desktop, [this](WebBrowser&) { return Glib::wrap(engine_.Widget()); })
 {
     proxy_.Attach(engine_.Session());
-    files_.WriteFailed = [&dialogs](const std::string& why) { dialogs.Tell("A change was not kept: " + why); };
+    files_.WriteFailed = [&dialogs](const std::string& why) {
+        dialogs.Tell("A change was not kept: " + why + ". Mend that, then make the change again.");
+    };
 }
 
 Program::~Program() { proxy_.Attach(nullptr); }

@@ -37,7 +37,9 @@ std::vector<FileEntry> frmBrowser::ListSessionFolder()
     } catch (const std::exception&) {
         // Whatever stands in the way, what the user has to know is the same.
     }
-    platform_.dialogs.MsgBox("The session folder cannot be used: " + gstrSessionPath + "\nRecords will not be kept.",
+    platform_.dialogs.MsgBox("The session folder cannot be used: " + gstrSessionPath +
+                                 "\nRecords will not be kept. Make the folder yours to list and to write, then start "
+                                 "Velmora again.",
                              Buttons::Ok, Icon::Exclamation);
     return files;
 }

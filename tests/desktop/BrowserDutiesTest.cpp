@@ -112,7 +112,7 @@ TEST_F(FileDownloads, RunInSightCanBeCancelledOrFailAndEndWithTheProgram)
     EXPECT_FALSE(IsThere("part.bin"));
 
     Expect({.text = "The download has failed:\n" + (folder_ / "broken.bin").string() +
-                    "\nConnection terminated unexpectedly",
+                    "\nConnection terminated unexpectedly\nFetch it from its page again.",
             .button = "Ok"});
     FetchPart("broken.bin", false);
     RunUntil([&] { return AllAnswered(); }, "the message");
@@ -191,7 +191,8 @@ TEST_F(BrowserDuties, AddressesOfOtherProgramsLeaveThePageAsItIs)
          "<input id='typed'><p><a id='ann' href='x-velmora-test:ann'>write</a>"
          "<p><a id='none' target='_blank' href='nobody-opens:this'>open</a><iframe "
          "src='x-velmora-test:frame'></iframe>");
-    awaitLine(server_.Url("") + " was kept from opening x-velmora-test:frame with another program.");
+    awaitLine(server_.Url("") +
+              " was kept from opening x-velmora-test:frame with another program. Press a link to it if you want that.");
     Type("#typed", "half a letter");
     Expect({.text = question, .button = "Yes"});
     Click("#ann");
@@ -201,9 +202,9 @@ TEST_F(BrowserDuties, AddressesOfOtherProgramsLeaveThePageAsItIs)
     RunUntil([&] { return AllAnswered(); }, "the question");
     Click("#ann");
     Click("#none");
-    awaitLine("No program on this computer opens nobody-opens:this.");
+    awaitLine("No program on this computer opens nobody-opens:this. Install one to follow it.");
     SetOff("nobody-opens:that");
-    awaitLine("No program on this computer opens nobody-opens:that.");
+    awaitLine("No program on this computer opens nobody-opens:that. Install one to follow it.");
     EXPECT_EQ(Script("typed.value"), "half a letter");
     EXPECT_FALSE(Form().Timer1.Enabled());
 }

@@ -112,7 +112,9 @@ protected:
         std::ofstream(Path(".velmora-write-AbCd12")) << "half a rec";
         strike();
         StartCopy();
-        const std::string notice = "The session folder cannot be used: " + folder + "\nRecords will not be kept. (!)";
+        const std::string notice = "The session folder cannot be used: " + folder +
+                                   "\nRecords will not be kept. Make the folder yours to list and to write, then "
+                                   "start Velmora again. (!)";
         std::string told = Shown() == Lines{notice} ? "told: " : "";
         const auto attempt = [&](const char* what, const std::function<void()>& change) {
             try {

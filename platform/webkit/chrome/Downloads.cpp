@@ -198,8 +198,8 @@ void Downloads::Finish(WebKitDownload* download)
         if (failure.empty()) {
             dialogs_.MsgBox("The download is complete:\n" + shown, Buttons::Ok, Icon::Information, "Download");
         } else {
-            dialogs_.MsgBox("The download has failed:\n" + shown + "\n" + failure, Buttons::Ok, Icon::Exclamation,
-                            "Download");
+            dialogs_.MsgBox("The download has failed:\n" + shown + "\n" + failure + "\nFetch it from its page again.",
+                            Buttons::Ok, Icon::Exclamation, "Download");
         }
     });
 }

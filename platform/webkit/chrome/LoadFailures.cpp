@@ -35,7 +35,9 @@ bool OnLoadFailed(WebKitWebView* view, WebKitLoadEvent, const char* uri, GError*
 
 bool OnBadCertificate(WebKitWebView* view, const char* uri)
 {
-    ShowFailure(view, uri, "The site's certificate cannot be trusted, so nothing was sent to it.");
+    ShowFailure(view, uri,
+                "The site's certificate cannot be trusted, so nothing was sent to it. If the clock of this computer is "
+                "right, only the site's owner can mend that.");
     return true;
 }
 

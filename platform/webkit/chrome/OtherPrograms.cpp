@@ -71,7 +71,8 @@ bool OtherPrograms::Take(WebKitWebView* view, WebKitNavigationAction* action)
             isAsking_ = false;
         });
     } else if (told_.insert(wish.site).second) {
-        dialogs_.Tell(wish.site + " was kept from opening " + Shortened(address) + " with another program.");
+        dialogs_.Tell(wish.site + " was kept from opening " + Shortened(address) +
+                      " with another program. Press a link to it if you want that.");
     }
     return true;
 }
@@ -79,7 +80,7 @@ bool OtherPrograms::Take(WebKitWebView* view, WebKitNavigationAction* action)
 void OtherPrograms::Decide(const Wish& wish)
 {
     if (!HasProgram(wish.address)) {
-        dialogs_.Tell("No program on this computer opens " + Shortened(wish.address) + ".");
+        dialogs_.Tell("No program on this computer opens " + Shortened(wish.address) + ". Install one to follow it.");
     } else if (IsAllowed(wish)) {
         Launch(wish.address);
     }
@@ -103,7 +104,9 @@ void OtherPrograms::Launch(const std::string& address)
     const auto context = Owned(gdk_display_get_app_launch_context(gdk_display_get_default()));
     g_app_info_launch_default_for_uri(address.c_str(), G_APP_LAUNCH_CONTEXT(context.get()), &error);
     const auto held = Owned(error, g_error_free);
-    if (held) dialogs_.Tell(Shortened(address) + " could not be opened: " + held->message);
+    if (held)
+        dialogs_.Tell(Shortened(address) + " could not be opened: " + held->message +
+                      ". Start the program for it yourself.");
 }
 
 }  // namespace velmora
