@@ -42,9 +42,15 @@ void SetName(gpointer part, const char* name)
     gtk_accessible_update_property(GTK_ACCESSIBLE(part), GTK_ACCESSIBLE_PROPERTY_LABEL, name, -1);
 }
 
-/// An entry with a check mark is told as one, also while it has none.
+/// An entry has its words of its own: newer toolkits send the reader to its label instead, which then has none. One
+/// with a check mark is told as such, also while it has none.
 void DescribeEntry(GtkWidget* entry)
 {
+    for (GtkWidget* child = gtk_widget_get_first_child(entry); child; child = gtk_widget_get_next_sibling(child)) {
+        if (!GTK_IS_LABEL(child)) continue;
+        gtk_accessible_reset_relation(GTK_ACCESSIBLE(entry), GTK_ACCESSIBLE_RELATION_LABELLED_BY);
+        SetName(entry, gtk_label_get_text(GTK_LABEL(child)));
+    }
     int kind = 0;
     GtkAccessibleRole role = GTK_ACCESSIBLE_ROLE_MENU_ITEM;
     g_object_get(entry, "role", &kind, "accessible-role", &role, nullptr);

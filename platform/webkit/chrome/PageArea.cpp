@@ -151,6 +151,15 @@ GType AreaType()
     return type;
 }
 
+/// The engine keeps a text view of its own in the page's, to know the keys for editing by: nothing to read.
+void HideInside(WebKitWebView* view)
+{
+    for (GtkWidget* part = gtk_widget_get_first_child(GTK_WIDGET(view)); part;
+         part = gtk_widget_get_next_sibling(part)) {
+        g_object_set(part, "accessible-role", GTK_ACCESSIBLE_ROLE_PRESENTATION, nullptr);
+    }
+}
+
 }  // namespace
 
 GtkWidget* NewPageArea(WebKitWebView* view)
@@ -161,6 +170,7 @@ GtkWidget* NewPageArea(WebKitWebView* view)
     gtk_widget_set_vexpand(GTK_WIDGET(view), TRUE);
     gtk_widget_set_hexpand(GTK_WIDGET(view), TRUE);
     gtk_accessible_update_property(GTK_ACCESSIBLE(view), GTK_ACCESSIBLE_PROPERTY_LABEL, "Web page", -1);
+    HideInside(view);
     gtk_box_append(GTK_BOX(box), GTK_WIDGET(view));
     gtk_box_append(GTK_BOX(box), keys->find.Widget());
     keys->Watch(box);
