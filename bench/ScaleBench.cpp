@@ -156,6 +156,32 @@ void MemoryOfRecords(benchmark::State& state)
     state.counters["text_bytes"] = static_cast<double>(texts) / kMany;
 }
 
+/// Records of one address, beside as many of an address each.
+void AddOfOneAddress(benchmark::State& state)
+{
+    double eachItsOwn = 0;
+    double one = 0;
+    for (auto _ : state) {
+        test::MemoryFiles files;
+        const auto add = [&](const auto& addressOf) {
+            Logic logic(files);
+            return TimeOf([&] {
+                for (int i = 0; i < kMany; ++i) {
+                    RecordItem record = RecordOf(i);
+                    record.Url = addressOf(record);
+                    frmBrowser::AddRecordItem(logic.form.lvwPermanent, record);
+                }
+            });
+        };
+        eachItsOwn += add([](const RecordItem& record) { return record.Url; });
+        const double took = add([](const RecordItem&) { return RecordOf(0).Url; });
+        one += took;
+        state.SetIterationTime(took);
+    }
+    state.counters["own_ms"] = eachItsOwn * 1000 / static_cast<double>(state.iterations());
+    state.counters["ratio"] = one / eachItsOwn;
+}
+
 // --- Use ------------------------------------------------------------------------------------------
 
 /// A program with many records, and one that waits to be moved there.
@@ -284,6 +310,7 @@ void SortRecords(benchmark::State& state)
 
 BENCHMARK(LoadRecords)->Arg(1'000)->Arg(10'000)->Arg(kMany)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(MemoryOfRecords)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(AddOfOneAddress)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1);
 BENCHMARK(MoveRecord)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(50);
 BENCHMARK(TakeBookmark)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(50);
 BENCHMARK(ChangeRecord)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(50);

@@ -1,7 +1,6 @@
 #include "platform/controls/ListView.h"
 
 #include <algorithm>
-#include <set>
 #include <utility>
 
 #include "platform/text/Search.h"
@@ -169,12 +168,12 @@ std::vector<ListItem*> ListView::RowsWith(const std::string& text) const
 {
     std::vector<ListItem*> found = byText_.Find(LowerCase(text));
     if (found.size() < 2) return found;
-    const std::set<const ListItem*> known(found.begin(), found.end());
-    found.clear();
+    std::sort(found.begin(), found.end());
+    std::vector<ListItem*> inOrder;
     for (const auto& row : rows_) {
-        if (known.contains(row.get())) found.push_back(row.get());
+        if (std::binary_search(found.begin(), found.end(), row.get())) inOrder.push_back(row.get());
     }
-    return found;
+    return inOrder;
 }
 
 void ListView::Select(ListItem* row)

@@ -13,30 +13,32 @@ constexpr std::size_t kFewestSlots = 16;
 
 void RowIndex::Add(ListItem& row)
 {
-    if ((count_ + 1) * 5 > slots_.rows.size() * 4) Grow();
-    Put(&row, HashOf(textOf_(row)));
-    ++count_;
+    if ((taken_ + 1) * 5 > slots_.rows.size() * 4) Grow();
+    const std::uint32_t hash = HashOf(textOf_(row));
+    const std::size_t slot = SlotOf(hash);
+    if (slots_.rows[slot]) {
+        further_[hash].insert(&row);
+        return;
+    }
+    slots_.rows[slot] = &row;
+    slots_.hashes[slot] = hash;
+    ++taken_;
 }
 
-void RowIndex::Remove(const ListItem& row)
+void RowIndex::Remove(ListItem& row)
 {
     if (slots_.rows.empty()) return;
-    std::size_t free = HashOf(textOf_(row)) % slots_.rows.size();
-    while (slots_.rows[free] != &row) {
-        if (!slots_.rows[free]) return;
-        free = Next(free);
+    const std::uint32_t hash = HashOf(textOf_(row));
+    const std::size_t slot = SlotOf(hash);
+    const bool isInSlot = slots_.rows[slot] == &row;
+    const auto further = further_.find(hash);
+    if (further == further_.end()) {
+        if (isInSlot) Empty(slot);
+        return;
     }
-    --count_;
-    slots_.rows[free] = nullptr;
-    // What stands after it and was pushed on by it moves up, so that a search does not end at the gap.
-    const std::size_t size = slots_.rows.size();
-    for (std::size_t i = Next(free); slots_.rows[i]; i = Next(i)) {
-        const std::size_t home = slots_.hashes[i] % size;
-        if ((i + size - home) % size < (i + size - free) % size) continue;
-        slots_.rows[free] = std::exchange(slots_.rows[i], nullptr);
-        slots_.hashes[free] = slots_.hashes[i];
-        free = i;
-    }
+    if (isInSlot) slots_.rows[slot] = *further->second.begin();
+    further->second.erase(isInSlot ? slots_.rows[slot] : &row);
+    if (further->second.empty()) further_.erase(further);
 }
 
 std::vector<ListItem*> RowIndex::Find(const std::string& text) const
@@ -44,8 +46,12 @@ std::vector<ListItem*> RowIndex::Find(const std::string& text) const
     std::vector<ListItem*> found;
     if (slots_.rows.empty()) return found;
     const std::uint32_t hash = HashOf(text);
-    for (std::size_t i = hash % slots_.rows.size(); slots_.rows[i]; i = Next(i)) {
-        if (slots_.hashes[i] == hash && textOf_(*slots_.rows[i]) == text) found.push_back(slots_.rows[i]);
+    const auto take = [&](ListItem* row) {
+        if (textOf_(*row) == text) found.push_back(row);
+    };
+    if (ListItem* const row = slots_.rows[SlotOf(hash)]) take(row);
+    if (const auto further = further_.find(hash); further != further_.end()) {
+        std::for_each(further->second.begin(), further->second.end(), take);
     }
     return found;
 }
@@ -55,12 +61,26 @@ std::uint32_t RowIndex::HashOf(const std::string& text)
     return static_cast<std::uint32_t>(std::hash<std::string>{}(text));
 }
 
-void RowIndex::Put(ListItem* row, std::uint32_t hash)
+std::size_t RowIndex::SlotOf(std::uint32_t hash) const
 {
     std::size_t i = hash % slots_.rows.size();
-    while (slots_.rows[i]) i = Next(i);
-    slots_.rows[i] = row;
-    slots_.hashes[i] = hash;
+    while (slots_.rows[i] && slots_.hashes[i] != hash) i = Next(i);
+    return i;
+}
+
+void RowIndex::Empty(std::size_t slot)
+{
+    --taken_;
+    slots_.rows[slot] = nullptr;
+    // What stands after it and was pushed on by it moves up, so that a search does not end at the gap.
+    const std::size_t size = slots_.rows.size();
+    for (std::size_t i = Next(slot); slots_.rows[i]; i = Next(i)) {
+        const std::size_t home = slots_.hashes[i] % size;
+        if ((i + size - home) % size < (i + size - slot) % size) continue;
+        slots_.rows[slot] = std::exchange(slots_.rows[i], nullptr);
+        slots_.hashes[slot] = slots_.hashes[i];
+        slot = i;
+    }
 }
 
 void RowIndex::Grow()
@@ -69,7 +89,10 @@ void RowIndex::Grow()
     Slots grown{std::vector<ListItem*>(size), std::vector<std::uint32_t>(size)};
     const Slots before = std::exchange(slots_, std::move(grown));
     for (std::size_t i = 0; i < before.rows.size(); ++i) {
-        if (before.rows[i]) Put(before.rows[i], before.hashes[i]);
+        if (!before.rows[i]) continue;
+        const std::size_t slot = SlotOf(before.hashes[i]);
+        slots_.rows[slot] = before.rows[i];
+        slots_.hashes[slot] = before.hashes[i];
     }
 }
 

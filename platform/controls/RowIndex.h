@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace velmora {
@@ -21,25 +23,29 @@ public:
 
     void Add(ListItem& row);
     /// Takes a row out, as long as it has the text under which it was added; none is taken if it is not there.
-    void Remove(const ListItem& row);
+    void Remove(ListItem& row);
     /// The rows of a text, in no order.
     std::vector<ListItem*> Find(const std::string& text) const;
 
 private:
-    /// A row and the hash of its text; no row: a free slot.
+    /// One row for each hash of a text; no row: a free slot.
     struct Slots {
         std::vector<ListItem*> rows;
         std::vector<std::uint32_t> hashes;
     };
 
     static std::uint32_t HashOf(const std::string& text);
-    void Put(ListItem* row, std::uint32_t hash);
     std::size_t Next(std::size_t i) const { return (i + 1) % slots_.rows.size(); }
+    /// The slot of a hash, or the free one that it would take. There must be slots.
+    std::size_t SlotOf(std::uint32_t hash) const;
+    void Empty(std::size_t slot);
     void Grow();
 
     TextOf textOf_;
     Slots slots_;
-    std::size_t count_ = 0;
+    std::size_t taken_ = 0;
+    /// All further rows of a hash. In slots of their own, each would be looked for behind all its equals.
+    std::unordered_map<std::uint32_t, std::unordered_set<ListItem*>> further_;
 };
 
 }  // namespace velmora
