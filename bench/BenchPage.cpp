@@ -38,6 +38,8 @@ BenchPage::BenchPage()
     Form().wbMyBrowser.DocumentComplete.Add([this](BrowserObject&, const std::string& url) {
         if (const auto completed = std::exchange(completed_, nullptr)) completed(url);
     });
+    // The text cursor would have the window drawn anew at each of its pictures.
+    g_object_set(gtk_settings_get_default(), "gtk-cursor-blink", FALSE, nullptr);
     bool hasStarted = false;
     completed_ = [&](const std::string&) { hasStarted = true; };
     program_.Start();

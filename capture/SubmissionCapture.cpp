@@ -92,15 +92,13 @@ void frmBrowser::AddTemporaryRecord(BrowserObject& pDisp, const std::string& str
     if (HasPair(strPostdata)) ProcessDocument(pDisp, "READ", strAction, strPostdata);
     const std::string number = std::to_string(++lngSessionId);
     const std::string key = "K" + number;
-    ListItem& row = ListView1.Add();
-    row.SetKey(key);
-    row.SetText("Session" + number);
-    row.AddSubItem("Type", kTypeForm);
-    row.AddSubItem("Url", strPageUrl);
-    row.AddSubItem("Action", strAction);
-    row.AddSubItem("Postdata", strPostdata);
-    row.AddSubItem("Header", strHeader);
-    row.AddSubItem("Frame", strFrame);
+    ListView1.Add(key, "Session" + number,
+                  {{"Type", kTypeForm},
+                   {"Url", strPageUrl},
+                   {"Action", strAction},
+                   {"Postdata", strPostdata},
+                   {"Header", strHeader},
+                   {"Frame", strFrame}});
 
     const Answer answer =
         platform_.dialogs.MsgBox("A temporary record is created, do you want to view/edit it now?", Buttons::YesNo);

@@ -1,38 +1,26 @@
 #include <exception>
-#include <string_view>
 
 #include "platform/Files.h"
-#include "platform/text/Search.h"
+#include "platform/text/CodePage.h"
 #include "records/frmHome.h"
 #include "shell/frmBrowser.h"
 
 namespace velmora {
 
-namespace {
-
-bool IsXmlName(const std::string& name)
-{
-    return name.size() >= 4 && EqualIgnoringCase(std::string_view(name).substr(name.size() - 4), ".xml");
-}
-
-}  // namespace
-
 void frmBrowser::LoadPermanentSession()
 {
     glngNoOfPermanentSession = 0;
-    for (const FileEntry& file : ListSessionFolder()) {
-        LoadSessionFile(file);
-        platform_.dialogs.DoEvents();
-    }
+    const auto files = OpenSessionFolder();
+    while (files && LoadSessionFile(*files)) platform_.dialogs.DoEvents();
     if (lvwPermanent.Count() > 0) lvwPermanent.Select(&lvwPermanent.Item(1));
     ShowStatus(std::to_string(glngNoOfPermanentSession) + " Permanent Record");
 }
 
-std::vector<FileEntry> frmBrowser::ListSessionFolder()
+std::unique_ptr<FolderReader> frmBrowser::OpenSessionFolder()
 {
-    std::vector<FileEntry> files;
+    std::unique_ptr<FolderReader> files;
     try {
-        files = platform_.files.List(gstrSessionPath);
+        files = platform_.files.ReadFolder(gstrSessionPath, ".xml");
         if (platform_.files.CanWrite(gstrSessionPath)) return files;
     } catch (const std::exception&) {
         // Whatever stands in the way, what the user has to know is the same.
@@ -44,11 +32,21 @@ std::vector<FileEntry> frmBrowser::ListSessionFolder()
     return files;
 }
 
-void frmBrowser::LoadSessionFile(const FileEntry& file)
+bool frmBrowser::LoadSessionFile(FolderReader& files)
 {
-    if (file.Size == 0 || !IsXmlName(file.Name)) return;
-    std::string text;
-    if (!ReadTextFile(gstrSessionPath + "/" + file.Name, text)) return;
+    std::optional<FolderReader::File> file;
+    try {
+        file = files.Next();
+        if (!file) return false;
+    } catch (const std::exception&) {
+        return true;  // What cannot be read is passed over; it stays on disk.
+    }
+    if (!file->Bytes.empty()) LoadSession(TextOfBytes(file->Bytes));
+    return true;
+}
+
+void frmBrowser::LoadSession(const std::string& text)
+{
     RecordItem record;
     ParseSessionXml(text, record);
     if (record.Type == kTypeHome) {

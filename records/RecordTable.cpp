@@ -62,20 +62,16 @@ void frmBrowser::StoreRecord(ListView& table, const std::string& key, RecordItem
 bool frmBrowser::AddRecordItem(ListView& table, const RecordItem& record)
 {
     const auto isFree = [&](const std::string& key) { return !key.empty() && !table.Find(key); };
-    ListItem& row = table.Add();
-    row.SetText(record.Session);
+    std::vector<KeyedText> subItems;
     for (const RecordField& field : kRecordFields) {
-        if (!IsMainText(field)) row.AddSubItem(field.name, record.*field.text);
+        if (!IsMainText(field)) subItems.push_back({field.name, record.*field.text});
     }
     const std::string key = StripQuery(record.Url);
-    const bool tookNormalKey = isFree(key);
-    if (tookNormalKey) {
-        row.SetKey(key);
-    } else if (isFree(record.Url)) {
-        row.SetKey(record.Url);
-    }
+    const bool takesNormalKey = isFree(key);
+    const std::string otherKey = takesNormalKey || !isFree(record.Url) ? std::string() : record.Url;
+    table.Add(takesNormalKey ? key : otherKey, record.Session, subItems);
     table.Sort();
-    return tookNormalKey;
+    return takesNormalKey;
 }
 
 }  // namespace velmora

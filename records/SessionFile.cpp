@@ -21,6 +21,19 @@ std::string TagLine(const std::string& tag, const std::string& value)
     return "    <" + tag + ">" + value + "</" + tag + ">" + kLineEnd;
 }
 
+/// Where a tag begins, at a place or behind it. A load looks for so many that it is worth going by the marks.
+std::size_t FindTag(const std::string& text, std::string_view mark, std::string_view tag, std::size_t from)
+{
+    std::size_t at = text.find('<', from);
+    for (; at != std::string::npos; at = text.find('<', at + 1)) {
+        const std::string_view rest = std::string_view(text).substr(at);
+        const std::size_t end = mark.size() + tag.size();
+        if (rest.size() <= end || rest[end] != '>' || !rest.starts_with(mark)) continue;
+        if (EqualIgnoringCase(rest.substr(mark.size(), tag.size()), tag)) break;
+    }
+    return at;
+}
+
 // The values stand between the tags as they are: the files look like XML and are none.
 std::string InFrame(const std::string& elements)
 {
@@ -51,11 +64,10 @@ void frmBrowser::ParseSessionXml(const std::string& text, RecordItem& record)
 
 std::string frmBrowser::GetXmlElement(const std::string& text, const std::string& tag)
 {
-    const std::string opening = "<" + tag + ">";
-    const std::size_t begin = FindIgnoringCase(text, opening);
+    const std::size_t begin = FindTag(text, "<", tag, 0);
     if (begin == std::string::npos) return {};
-    const std::size_t value = begin + opening.size();
-    const std::size_t end = FindIgnoringCase(text, "</" + tag + ">", value);
+    const std::size_t value = text.find('>', begin) + 1;
+    const std::size_t end = FindTag(text, "</", tag, value);
     return end == std::string::npos ? std::string() : text.substr(value, end - value);
 }
 
@@ -73,18 +85,6 @@ std::string frmBrowser::MakeSessionFileName(const std::string& Url)
 std::string frmBrowser::SessionFilePath(const std::string& Url)
 {
     return gstrSessionPath + "/" + MakeSessionFileName(Url) + ".xml";
-}
-
-bool frmBrowser::ReadTextFile(const std::string& path, std::string& text)
-{
-    try {
-        const std::string bytes = platform_.files.Read(path);
-        if (bytes.empty()) return false;
-        text = TextOfBytes(bytes);
-        return true;
-    } catch (const std::exception&) {
-        return false;
-    }
 }
 
 void frmBrowser::WriteTextFile(const std::string& path, const std::string& text)

@@ -21,14 +21,35 @@ constexpr std::size_t kMostCells = 26;
 
 std::size_t PlaceOf(int column) { return static_cast<std::size_t>(column) + kFirstText; }
 
+/// How a key is kept beside the texts of a row.
+std::string KeptKey(const std::string& key, const std::vector<std::string_view>& texts)
+{
+    if (key.empty()) return {};
+    for (std::size_t i = kFirstText; i < std::min(texts.size(), kFirstText + kMostCells); ++i) {
+        if (texts[i].size() < key.size() || LowerCase(texts[i].substr(0, key.size())) != key) continue;
+        const auto cell = static_cast<char>(kFirstCell + static_cast<char>(i - kFirstText));
+        return cell + std::to_string(key.size());
+    }
+    return kOwnText + key;
+}
+
+PackedTexts Packed(const std::string& key, std::string_view text, const std::vector<KeyedText>& subItems)
+{
+    std::vector<std::string_view> texts{{}, text};
+    for (const KeyedText& item : subItems) texts.push_back(item.text);
+    const std::string kept = KeptKey(key, texts);
+    texts[kKeptKey] = kept;
+    return PackedTexts(texts);
+}
+
 }  // namespace
 
 // --- ListItem -------------------------------------------------------------------------------------
 
-ListItem::ListItem(ListView& owner) : owner_(owner)
+ListItem::ListItem(ListView& owner, const std::string& key, std::string_view text,
+                   const std::vector<KeyedText>& subItems)
+    : owner_(owner), texts_(Packed(key, text, subItems))
 {
-    texts_.Add({});
-    texts_.Add({});
 }
 
 std::string ListItem::Key() const
@@ -37,40 +58,6 @@ std::string ListItem::Key() const
     if (kept.empty()) return {};
     if (kept[0] == kOwnText) return std::string(kept.substr(1));
     return LowerCase(Cell(kept[0] - kFirstCell).substr(0, std::stoul(std::string(kept.substr(1)))));
-}
-
-void ListItem::KeepKey(const std::string& key)
-{
-    if (key.empty()) return texts_.Set(kKeptKey, {});
-    const std::size_t cells = std::min(texts_.Count() - kFirstText, kMostCells);
-    for (std::size_t column = 0; column < cells; ++column) {
-        if (LowerCase(Cell(static_cast<int>(column)).substr(0, key.size())) != key) continue;
-        const auto cell = static_cast<char>(kFirstCell + static_cast<char>(column));
-        return texts_.Set(kKeptKey, cell + std::to_string(key.size()));
-    }
-    texts_.Set(kKeptKey, kOwnText + key);
-}
-
-void ListItem::SetKey(const std::string& key)
-{
-    const std::string before = Key();
-    if (key == before) return;
-    if (owner_.Find(key)) throw ControlError("a row of the list has that key already");
-    if (!before.empty()) owner_.byKey_.Remove(*this);
-    KeepKey(key);
-    if (!key.empty()) owner_.byKey_.Add(*this);
-}
-
-void ListItem::AddSubItem(const std::string& key, const std::string& text)
-{
-    std::vector<std::string>& keys = owner_.subItemKeys_;
-    const std::size_t next = texts_.Count() - kFirstText - 1;
-    const bool isNew = next == keys.size() && std::find(keys.begin(), keys.end(), key) == keys.end();
-    if (isNew) keys.push_back(key);
-    if (next == keys.size() || keys[next] != key) throw ControlError("the row cannot have that sub-item there");
-    texts_.Add(text);
-    owner_.NoteCell(*this, static_cast<int>(next) + 1);
-    Changed.Raise();
 }
 
 std::string_view ListItem::Cell(int column) const
@@ -94,8 +81,9 @@ void ListItem::SetCell(int column, const std::string& text)
     const std::string key = Key();
     if (column == owner_.indexed_) owner_.byText_.Remove(*this);
     texts_.Set(PlaceOf(column), text);
-    if (Key() != key) KeepKey(key);
-    owner_.NoteCell(*this, column);
+    if (Key() != key) texts_.Set(kKeptKey, KeptKey(key, texts_.All()));
+    if (column == owner_.indexed_) owner_.byText_.Add(*this);
+    if (column == owner_.SortKey()) owner_.NoteOutOfOrder(*this);
     Changed.Raise();
 }
 
@@ -138,9 +126,13 @@ ListItem* ListView::Find(const std::string& key) const
     return found.empty() ? nullptr : found.front();
 }
 
-ListItem& ListView::Add()
+ListItem& ListView::Add(const std::string& key, std::string_view text, const std::vector<KeyedText>& subItems)
 {
-    ListItem& row = *rows_.emplace_back(std::make_unique<ListItem>(*this));
+    if (Find(key)) throw ControlError("a row of the list has that key already");
+    NoteKeys(subItems);
+    ListItem& row = *rows_.emplace_back(new ListItem(*this, key, text, subItems));
+    if (!key.empty()) byKey_.Add(row);
+    if (indexed_ >= 0 && indexed_ <= static_cast<int>(subItems.size())) byText_.Add(row);
     NoteOutOfOrder(row);
     RowsChanged.Raise(Count() - 1, 0, 1);
     return row;
@@ -149,7 +141,7 @@ ListItem& ListView::Add()
 void ListView::Remove(ListItem& row)
 {
     const std::size_t position = PositionOf(row);
-    row.SetKey({});
+    if (!row.Key().empty()) byKey_.Remove(row);
     byText_.Remove(row);
     if (outOfOrder_ == &row) SetOrder(Order::Sorted);
     const auto place = rows_.begin() + static_cast<std::ptrdiff_t>(position);
@@ -184,10 +176,17 @@ void ListView::Select(ListItem* row)
     SelectionChanged.Raise();
 }
 
-void ListView::NoteCell(ListItem& row, int column)
+void ListView::NoteKeys(const std::vector<KeyedText>& subItems)
 {
-    if (column == indexed_) byText_.Add(row);
-    if (column == SortKey()) NoteOutOfOrder(row);
+    const std::size_t known = subItemKeys_.size();
+    for (std::size_t i = 0; i < subItems.size(); ++i) {
+        const auto isSame = [&](const KeyedText& other) { return other.key == subItems[i].key; };
+        const auto end = subItems.begin() + static_cast<std::ptrdiff_t>(i);
+        const bool isRefused =
+            i < known ? subItemKeys_[i] != subItems[i].key : std::any_of(subItems.begin(), end, isSame);
+        if (isRefused) throw ControlError("the row cannot have that sub-item there");
+    }
+    for (std::size_t i = known; i < subItems.size(); ++i) subItemKeys_.emplace_back(subItems[i].key);
 }
 
 std::size_t ListView::PositionOf(const ListItem& row) const

@@ -16,24 +16,25 @@ namespace velmora {
 
 class ListView;
 
+/// A text of a row beside its main text.
+struct KeyedText {
+    std::string_view key;
+    std::string_view text;
+};
+
 /// One row: a main text and sub-items with a key each. All rows of a list have the same keys in the same
 /// order, as many of them as they have sub-items. Texts are given as copies.
 class ListItem {
 public:
-    explicit ListItem(ListView& owner);
     ListItem(const ListItem&) = delete;
     ListItem& operator=(const ListItem&) = delete;
 
     std::string Text() const { return std::string(Cell(0)); }
     void SetText(const std::string& text) { SetCell(0, text); }
 
+    /// By which the list finds the row; empty if it has none.
     std::string Key() const;
-    /// Sets the key; an empty text takes the key away. Throws ControlError, and keeps the old key,
-    /// if another row of the list has it.
-    void SetKey(const std::string& key);
 
-    /// Appends a sub-item. Throws ControlError if it has not the key that comes next in the list's rows.
-    void AddSubItem(const std::string& key, const std::string& text);
     /// The text of a sub-item. Throws ControlError if there is none of that key.
     std::string SubItem(std::string_view key) const { return std::string(Cell(ColumnOf(key))); }
     void SetSubItem(std::string_view key, const std::string& text) { SetCell(ColumnOf(key), text); }
@@ -47,10 +48,9 @@ public:
 
 private:
     friend class ListView;
+    ListItem(ListView& owner, const std::string& key, std::string_view text, const std::vector<KeyedText>& subItems);
     int ColumnOf(std::string_view key) const;
     void SetCell(int column, const std::string& text);
-    /// Keeps a key, of which nobody but the row knows yet; one that a cell begins with is not kept twice.
-    void KeepKey(const std::string& key);
 
     ListView& owner_;
     PackedTexts texts_;  ///< How the key is kept, then the cells.
@@ -77,8 +77,9 @@ public:
     ListItem& Item(int i);
     /// The row of a key, found in constant time; null if there is none. An empty text is no key.
     ListItem* Find(const std::string& key) const;
-    /// Appends an empty row, in a sorted list too: whoever fills it calls Sort() when it is complete.
-    ListItem& Add();
+    /// Appends a row, in a sorted list too: Sort() takes it to its place. Throws ControlError, and leaves the list
+    /// alone, if another row has the key, or if the sub-items have not the keys that those of the other rows have.
+    ListItem& Add(const std::string& key, std::string_view text, const std::vector<KeyedText>& subItems);
     /// Takes a row out; it is gone afterwards. If it was selected, no row is.
     void Remove(ListItem& row);
 
@@ -115,8 +116,8 @@ private:
     enum class Order { Sorted, AllButOne, Unknown };
 
     std::size_t PositionOf(const ListItem& row) const;
-    /// A cell of a row has its text; it is in no index yet.
-    void NoteCell(ListItem& row, int column);
+    /// Refuses the keys of a row if they are not those of all rows.
+    void NoteKeys(const std::vector<KeyedText>& subItems);
     // platform/controls/ListSorting.cpp
     void SetOrder(Order order, ListItem* outOfOrder = nullptr);
     void NoteOutOfOrder(ListItem& row);

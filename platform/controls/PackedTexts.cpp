@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <stdexcept>
-#include <utility>
 
 namespace velmora {
 
@@ -37,51 +36,46 @@ unsigned char* WriteLength(unsigned char* at, std::size_t length)
 
 }  // namespace
 
-std::size_t PackedTexts::Count() const { return bytes_ ? bytes_[0] : 0; }
-
-PackedTexts::Views PackedTexts::Unpacked() const
+PackedTexts::PackedTexts(const std::vector<std::string_view>& texts)
 {
-    Views texts;
-    const std::size_t count = Count();
-    if (count == 0) return texts;
-    std::array<std::size_t, kMost> lengths{};
+    if (texts.size() > kMost) throw std::length_error("too many texts");
+    std::size_t size = 1;
+    for (const std::string_view text : texts) size += BytesOfLength(text.size()) + text.size();
+    // Not std::make_unique, which would clear what is filled at once.
+    bytes_.reset(new unsigned char[size]);
+    unsigned char* at = bytes_.get();
+    *at++ = static_cast<unsigned char>(texts.size());
+    for (const std::string_view text : texts) at = WriteLength(at, text.size());
+    for (const std::string_view text : texts) at = std::copy(text.begin(), text.end(), at);
+}
+
+std::size_t PackedTexts::Count() const { return bytes_[0]; }
+
+std::string_view PackedTexts::At(std::size_t i) const
+{
     const unsigned char* at = bytes_.get() + 1;
-    for (std::size_t i = 0; i < count; ++i) lengths[i] = ReadLength(at);
-    for (std::size_t i = 0; i < count; at += lengths[i++]) {
-        texts[i] = {reinterpret_cast<const char*>(at), lengths[i]};
+    std::size_t before = 0;
+    std::size_t length = 0;
+    for (std::size_t k = 0; k < Count(); ++k) {
+        const std::size_t next = ReadLength(at);
+        if (k < i) before += next;
+        if (k == i) length = next;
     }
+    return {reinterpret_cast<const char*>(at) + (length > 0 ? before : 0), length};
+}
+
+std::vector<std::string_view> PackedTexts::All() const
+{
+    std::vector<std::string_view> texts(Count());
+    for (std::size_t i = 0; i < texts.size(); ++i) texts[i] = At(i);
     return texts;
 }
 
-std::string_view PackedTexts::At(std::size_t i) const { return i < kMost ? Unpacked()[i] : std::string_view(); }
-
 void PackedTexts::Set(std::size_t i, std::string_view text)
 {
-    Views texts = Unpacked();
+    std::vector<std::string_view> texts = All();
     texts.at(i) = text;
-    Pack(Count(), texts);
-}
-
-void PackedTexts::Add(std::string_view text)
-{
-    const std::size_t count = Count();
-    if (count == kMost) throw std::length_error("too many texts");
-    Views texts = Unpacked();
-    texts.at(count) = text;
-    Pack(count + 1, texts);
-}
-
-void PackedTexts::Pack(std::size_t count, const Views& texts)
-{
-    std::size_t size = 1;
-    for (std::size_t i = 0; i < count; ++i) size += BytesOfLength(texts[i].size()) + texts[i].size();
-    // Not std::make_unique, which would clear what is filled at once.
-    std::unique_ptr<unsigned char[]> packed(new unsigned char[size]);
-    unsigned char* at = packed.get();
-    *at++ = static_cast<unsigned char>(count);
-    for (std::size_t i = 0; i < count; ++i) at = WriteLength(at, texts[i].size());
-    for (std::size_t i = 0; i < count; ++i) at = std::copy(texts[i].begin(), texts[i].end(), at);
-    bytes_ = std::move(packed);
+    *this = PackedTexts(texts);
 }
 
 }  // namespace velmora

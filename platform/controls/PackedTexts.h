@@ -2,34 +2,30 @@
 // own keeping.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 namespace velmora {
 
-/// Texts that count from 0; none at first.
+/// Texts that count from 0.
 class PackedTexts {
 public:
     static constexpr std::size_t kMost = 32;
 
+    /// Throws std::length_error for more than kMost.
+    explicit PackedTexts(const std::vector<std::string_view>& texts);
+
     std::size_t Count() const;
-    /// Text i, empty if there is none; valid until a text is set or added.
+    /// Text i, empty if there is none; valid until a text is set.
     std::string_view At(std::size_t i) const;
+    /// All texts; valid as long as each.
+    std::vector<std::string_view> All() const;
     void Set(std::size_t i, std::string_view text);
-    /// Adds a text at the end. Throws std::length_error for one more than kMost.
-    void Add(std::string_view text);
 
 private:
-    using Views = std::array<std::string_view, kMost>;
-
-    /// All texts, and empty views behind them.
-    Views Unpacked() const;
-    /// Packs the first `count` of the texts.
-    void Pack(std::size_t count, const Views& texts);
-
-    std::unique_ptr<unsigned char[]> bytes_;  ///< Their number, their lengths (LEB128), the texts; null: none.
+    std::unique_ptr<unsigned char[]> bytes_;  ///< Their number, their lengths (LEB128), the texts.
 };
 
 }  // namespace velmora

@@ -13,10 +13,11 @@
 #include <cstdio>
 #include <memory>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
+#include "platform/posix/Descriptor.h"
 #include "platform/posix/Folders.h"
+#include "platform/posix/ReadAhead.h"
 #include "platform/text/Search.h"
 
 namespace velmora {
@@ -30,35 +31,6 @@ constexpr std::size_t kHashDigits = 16;
 constexpr std::size_t kMaxExtensionBytes = 16;
 constexpr std::string_view kTemporaryPrefix = ".velmora-write-";
 constexpr std::string_view kTemporaryPattern = "XXXXXX";
-
-[[noreturn]] void Fail(const std::string& doing, const std::string& path, int error)
-{
-    throw FileError(doing + " " + path + ": " + std::generic_category().message(error));
-}
-
-class Descriptor {
-public:
-    explicit Descriptor(int fd = -1) : fd_(fd) {}
-    ~Descriptor() { Close(); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int Get() const { return fd_; }
-    bool Valid() const { return fd_ >= 0; }
-    void Take(int fd)
-    {
-        Close();
-        fd_ = fd;
-    }
-
-private:
-    void Close()
-    {
-        if (fd_ >= 0) ::close(fd_);
-    }
-
-    int fd_;
-};
 
 std::string FolderOf(const std::string& path)
 {
@@ -93,11 +65,9 @@ std::string DiskPath(const std::string& path)
     return path.substr(0, nameAt) + PosixFiles::DiskName(name, NameLimit(FolderOf(path)));
 }
 
-bool IsRecord(std::string_view name)
+bool EndsIn(std::string_view name, std::string_view ending)
 {
-    constexpr std::string_view kExtension = ".xml";
-    return name.size() >= kExtension.size() &&
-           EqualIgnoringCase(name.substr(name.size() - kExtension.size()), kExtension);
+    return name.size() >= ending.size() && EqualIgnoringCase(name.substr(name.size() - ending.size()), ending);
 }
 
 bool IsTemporary(std::string_view name)
@@ -160,7 +130,7 @@ public:
         constexpr int kMostTries = 100;
         for (int i = 0; i < kMostTries; ++i) {
             path_ = FolderOf(target) + "/" + std::string(kTemporaryPrefix) + std::string(kTemporaryPattern);
-            fd_.Take(::mkostemp(path_.data(), O_CLOEXEC));
+            fd_ = Descriptor(::mkostemp(path_.data(), O_CLOEXEC));
             if (!fd_.Valid()) Fail("cannot write", target_, errno);
             const bool isTaken = ::flock(fd_.Get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
             if (!isTaken && IsAt(path_, fd_)) return;
@@ -205,37 +175,6 @@ void RemoveLeftover(const std::string& path)
 
 bool IsFileOrLink(const struct stat& status) { return S_ISREG(status.st_mode) || S_ISLNK(status.st_mode); }
 
-bool IsOpenToOthers(const struct stat& status) { return (status.st_mode & (S_IRWXG | S_IRWXO)) != 0; }
-
-/// Takes from everybody but the owner, which is this user, what rights they have. No failure matters.
-void TakeRightsFromOthers(int fd, mode_t kept)
-{
-    struct stat status {};
-    const bool isOurs = ::fstat(fd, &status) == 0 && status.st_uid == ::geteuid();
-    if (isOurs && IsOpenToOthers(status)) ::fchmod(fd, status.st_mode & kept);
-}
-
-std::string ReadWhole(int fd, const std::string& path)
-{
-    struct stat status {};
-    if (::fstat(fd, &status) != 0) Fail("cannot read", path, errno);
-    if (!S_ISREG(status.st_mode)) throw FileError(path + " is no plain file");
-    // Read to its end, which may be another by now; a file of the length that is known needs one call.
-    std::string bytes;
-    for (std::size_t size = 0;;) {
-        const auto known = static_cast<std::size_t>(status.st_size);
-        if (std::max(size, known) > PosixFiles::kMaxBytes) throw FileError(path + " is too long");
-        bytes.resize(std::max(known, 2 * size) + 1);
-        const ssize_t got = ::read(fd, bytes.data() + size, bytes.size() - size);
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) Fail("cannot read", path, errno);
-        size += static_cast<std::size_t>(got);
-        if (got > 0 && size != known) continue;
-        bytes.resize(size);
-        return bytes;
-    }
-}
-
 }  // namespace
 
 PosixFiles::PosixFiles(std::string programFolder)
@@ -277,25 +216,32 @@ bool PosixFiles::CanWrite(const std::string& folder)
            ::faccessat(AT_FDCWD, place.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
-std::vector<FileEntry> PosixFiles::List(const std::string& folder)
+std::unique_ptr<FolderReader> PosixFiles::ReadFolder(const std::string& folder, const std::string& ending)
 {
     const std::string place = DiskPath(folder);
     unseen_.insert(place);
-    std::vector<FileEntry> files = ListPlace(place);
+    std::vector<ListedFile> files = ListPlace(place, ending);
+    Descriptor open = OpenFolder(place);
+    if (!open.Valid()) Fail("cannot list", place, errno);
     unseen_.erase(place);
-    std::sort(files.begin(), files.end(), [](const auto& a, const auto& b) { return a.Name < b.Name; });
-    return files;
+    std::sort(files.begin(), files.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
+    const auto note = [this, place](const std::string& name, bool wasRead) {
+        if (!wasRead) unseen_.insert(place + "/" + name);
+        if (wasRead && !unseen_.empty()) unseen_.erase(place + "/" + name);
+    };
+    return std::make_unique<ReadAhead>(std::move(open), std::move(files), note);
 }
 
-std::vector<FileEntry> PosixFiles::ListPlace(const std::string& place)
+std::vector<ListedFile> PosixFiles::ListPlace(const std::string& place, const std::string& ending)
 {
     const std::unique_ptr<DIR, int (*)(DIR*)> listing(::opendir(place.c_str()), ::closedir);
     if (!listing) Fail("cannot list", place, errno);
     const int folder = ::dirfd(listing.get());
     LockFolder(folder, LOCK_SH);
-    TakeRightsFromOthers(folder, S_IRWXU);
+    struct stat status {};
+    if (::fstat(folder, &status) == 0) TakeRightsFromOthers(folder, status, S_IRWXU);
 
-    std::vector<FileEntry> files;
+    std::vector<ListedFile> files;
     for (;;) {
         errno = 0;
         const dirent* entry = ::readdir(listing.get());
@@ -306,33 +252,16 @@ std::vector<FileEntry> PosixFiles::ListPlace(const std::string& place)
             RemoveLeftover(place + "/" + name);
             continue;
         }
-        struct stat status {};
-        if (::fstatat(folder, name.c_str(), &status, 0) != 0) {
+        // Most file systems tell at once what a name is. Of a link it matters what it leads to.
+        bool isPlain = entry->d_type == DT_REG;
+        if (entry->d_type == DT_UNKNOWN && ::fstatat(folder, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
+            isPlain = S_ISREG(status.st_mode);
+        }
+        if (!isPlain && ::fstatat(folder, entry->d_name, &status, 0) != 0) {
             if (errno != ENOENT) unseen_.insert(place + "/" + name);
             continue;
         }
-        if (!S_ISREG(status.st_mode)) continue;
-        files.push_back({name, static_cast<std::uint64_t>(status.st_size)});
-        if (!IsRecord(name) || !IsOpenToOthers(status)) continue;
-        const Descriptor file(::openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-        if (file.Valid()) TakeRightsFromOthers(file.Get(), S_IRUSR | S_IWUSR);
-    }
-}
-
-std::string PosixFiles::Read(const std::string& path)
-{
-    const std::string place = DiskPath(path);
-    // Without O_NONBLOCK, opening a pipe would wait for its writer.
-    const Descriptor fd(::open(place.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    if (!fd.Valid() && errno == ENOENT) Fail("cannot open", place, errno);
-    try {
-        if (!fd.Valid()) Fail("cannot open", place, errno);
-        std::string bytes = ReadWhole(fd.Get(), place);
-        if (!unseen_.empty()) unseen_.erase(place);
-        return bytes;
-    } catch (...) {
-        unseen_.insert(place);
-        throw;
+        if (isPlain || S_ISREG(status.st_mode)) files.push_back({name, isPlain, EndsIn(name, ending)});
     }
 }
 

@@ -60,12 +60,13 @@ TEST(RecordList, RefusesRowsKeysAndCellsThatCannotBe)
 {
     Window window;
     ListView list(window, "list");
-    for (const char* type : {"one", "two"}) list.Add().AddSubItem("Type", type);
-    list.Item(1).SetKey("k");
-    EXPECT_THROW(list.Item(2).SetKey("k"), ControlError);
+    list.Add("k", "", {{"Type", "one"}});
+    list.Add("", "", {{"Type", "two"}});
+    EXPECT_THROW(list.Add("k", "", {}), ControlError);
     for (const int none : {0, 3}) EXPECT_THROW(list.Item(none), ControlError);
     EXPECT_THROW(list.Item(1).SubItem("Url"), ControlError);
-    EXPECT_THROW(list.Item(1).AddSubItem("Type", ""), ControlError);
+    EXPECT_THROW(list.Add("", "", {{"Type", ""}, {"Type", ""}}), ControlError);
+    EXPECT_THROW(list.Add("", "", {{"Url", ""}}), ControlError);
 }
 
 /// Rows come, change and go one by one, as the program's do; a stable sort and a plain search tell what is right.
@@ -96,8 +97,10 @@ TEST(RecordList, KeepsItsOrderAndFindsItsRowsThroughAnyChanges)
         sort();
         const auto chosen = numbers() % std::max<std::size_t>(1, rows.size());
         if (rows.empty() || (numbers() % 4 == 0 && rows.size() < 60)) {
-            rows.push_back(&list.Add());
-            rows.back()->AddSubItem("Url", word("abAB"));
+            const std::string key = word("abab");
+            const std::string free = list.Find(key) ? "" : key;
+            rows.push_back(&list.Add(free, "", {{"Url", word("abAB")}}));
+            keys[rows.back()] = free;
         } else if (numbers() % 6 == 0) {
             keys.erase(rows[chosen]);
             list.Remove(*rows[chosen]);
@@ -106,10 +109,6 @@ TEST(RecordList, KeepsItsOrderAndFindsItsRowsThroughAnyChanges)
             rows[chosen]->SetSubItem("Url", word("abAB"));
         } else {
             rows[chosen]->SetText(word("xyXY"));
-        }
-        if (const std::string key = word("abab"); !rows.empty() && !list.Find(key)) {
-            rows.back()->SetKey(key);
-            keys[rows.back()] = key;
         }
         list.Sort();
         sort();

@@ -24,8 +24,7 @@ public:
     bool Exists(const std::string& path) override;
     void MakeFolder(const std::string& path) override;
     bool CanWrite(const std::string& folder) override;
-    std::vector<FileEntry> List(const std::string& folder) override;
-    std::string Read(const std::string& path) override;
+    std::unique_ptr<FolderReader> ReadFolder(const std::string& folder, const std::string& ending) override;
     void Write(const std::string& path, const std::string& bytes) override;
     void Delete(const std::string& path) override;
 
