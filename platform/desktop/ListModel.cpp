@@ -9,6 +9,23 @@ namespace velmora {
 
 constexpr std::chrono::milliseconds kShortestPause{50};
 
+RowObject::RowObject(velmora::ListView& list, int position)
+    : Glib::ObjectBase("velmora_RowObject"), list_(list), position_(position), row_(&list.Item(position + 1))
+{
+    rows_ = list.RowsChanged.Connect(sigc::mem_fun(*this, &RowObject::OnRowsChanged));
+}
+
+void RowObject::OnRowsChanged(int position, int gone, int added)
+{
+    if (!row_ || position_ < position) return;
+    if (position_ >= position + gone) {
+        position_ += added - gone;
+    } else {
+        row_ = gone == added ? &list_.Item(position_ + 1) : nullptr;
+        RowChanged.Raise();
+    }
+}
+
 Glib::RefPtr<velmora::ListModel> ListModel::Create(velmora::ListView& list)
 {
     return Glib::make_refptr_for_instance<velmora::ListModel>(new velmora::ListModel(list));
@@ -31,6 +48,11 @@ void ListModel::OnRowsChanged(guint position, guint gone, guint added)
     const bool isAtEnd = gone == 0 && position >= announced_;
     if (isAtEnd) {
         AnnounceSoon();
+        return;
+    }
+    if (gone == added) {
+        // The places have their new rows by themselves. Which of them is selected is asked anew.
+        if (announced_ > 0) selection_changed(0, announced_);
         return;
     }
     later_.disconnect();
@@ -77,9 +99,8 @@ guint ListModel::get_n_items_vfunc() { return announced_; }
 
 gpointer ListModel::get_item_vfunc(guint position)
 {
-    ListItem* row = RowAt(position);
     // The caller takes over the reference that the new object is born with.
-    return row ? (new RowObject(*row))->gobj() : nullptr;
+    return RowAt(position) ? (new RowObject(list_, static_cast<int>(position)))->gobj() : nullptr;
 }
 
 bool ListModel::is_selected_vfunc(guint position) const

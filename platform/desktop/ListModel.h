@@ -14,12 +14,24 @@
 
 namespace velmora {
 
-/// A row on its way to the screen. It must not be used once its row is gone from the list.
+/// A place of a list, which goes with its row where others come and go, and shows another row after a sort: to the
+/// toolkit that is the same object, so that it need not make its widgets anew.
 class RowObject : public Glib::Object {
 public:
-    explicit RowObject(ListItem& item) : Glib::ObjectBase("velmora_RowObject"), row(item) {}
+    RowObject(velmora::ListView& list, int position);
 
-    ListItem& row;
+    /// The row; null once it is gone from the list.
+    ListItem* Row() const { return row_; }
+    /// Raised when it is another one.
+    Event<> RowChanged;
+
+private:
+    void OnRowsChanged(int position, int gone, int added);
+
+    velmora::ListView& list_;
+    int position_;  ///< From 0.
+    ListItem* row_;
+    Subscription rows_;
 };
 
 class ListModel : public Gio::ListModel, public Gtk::SelectionModel, public Glib::Object {

@@ -33,24 +33,32 @@ public:
         SetAccessibleName(*this, {});
     }
 
-    void Bind(ListItem& row)
+    void Bind(RowObject& place)
     {
-        row_ = &row;
-        Show(row);
-        changed_ = row.Changed.Connect([this, &row] { Show(row); });
+        Follow(place.Row());
+        exchanged_ = place.RowChanged.Connect([this, &place] { Follow(place.Row()); });
     }
     void Unbind()
     {
-        row_ = nullptr;
-        changed_.Reset();
+        exchanged_.Reset();
+        Follow(nullptr);
     }
     const ListItem* Row() const { return row_; }
 
 private:
+    void Follow(ListItem* row)
+    {
+        row_ = row;
+        changed_.Reset();
+        if (!row) return;
+        Show(*row);
+        changed_ = row->Changed.Connect([this, row] { Show(*row); });
+    }
+
     void Show(const ListItem& row)
     {
         const Glib::ustring text = OneLine(std::string(row.Cell(column_)));
-        set_text(text);
+        if (text != get_text()) set_text(text);
         Gtk::Widget* const place = get_parent();
         if (!place) return;
         SetAccessibleName(*place, text);
@@ -71,7 +79,7 @@ private:
 
     const int column_;
     const ListItem* row_ = nullptr;
-    Subscription changed_;
+    Subscription exchanged_, changed_;
 };
 
 /// The first widget of a kind inside a widget of the toolkit, itself included; null if there is none.
@@ -98,7 +106,7 @@ Glib::RefPtr<Gtk::ListItemFactory> CellFactory(int column)
     factory->signal_bind().connect([](const Glib::RefPtr<Gtk::ListItem>& place) {
         auto* cell = dynamic_cast<Cell*>(place->get_child());
         const auto object = std::dynamic_pointer_cast<RowObject>(place->get_item());
-        if (cell && object) cell->Bind(object->row);
+        if (cell && object) cell->Bind(*object);
     });
     factory->signal_unbind().connect([](const Glib::RefPtr<Gtk::ListItem>& place) {
         if (auto* cell = dynamic_cast<Cell*>(place->get_child())) cell->Unbind();

@@ -76,6 +76,11 @@ protected:
         return names;
     }
     bool IsSelected(int row) { return Form().lvwPermanent.SelectedItem() == &Form().lvwPermanent.Item(row); }
+    static bool IsMarked(const Gtk::Label& cell)
+    {
+        const Gtk::Widget& row = *cell.get_parent()->get_parent();
+        return (row.get_state_flags() & Gtk::StateFlags::SELECTED) == Gtk::StateFlags::SELECTED;
+    }
     /// The label in the list that begins so; null while there is none.
     Gtk::Label* Cell(const std::string& beginning)
     {
@@ -195,9 +200,12 @@ TEST_F(MainWindowOnScreen, TheMouseSortsChoosesTabsAndSelects)
     ClickOn(Widget("lvwPermanentColumn3"));
     RunUntil([&] { return Names() == "pear fig Apple "; }, "the list sorted down");
     EXPECT_EQ(Form().lvwPermanent.SelectedItem(), nullptr);
-    RunUntil([&] { return Cell("fig"); }, "the row fig");
-    ClickOn(*Cell("fig"));
-    RunUntil([&] { return IsSelected(2); }, "a selected row");
+    RunUntil([&] { return Cell("pear"); }, "the row pear");
+    ClickOn(*Cell("pear"));
+    RunUntil([&] { return IsSelected(1); }, "a selected row");
+    ClickOn(Widget("lvwPermanentColumn3"));
+    RunUntil([&] { return Names() == "Apple fig pear " && IsSelected(3); }, "the row chosen at its new place");
+    EXPECT_TRUE(IsMarked(*Cell("pear")) && !IsMarked(*Cell("Apple")));
 
     ClickOn(Widget("SSTab1Tab1"));
     RunUntil([&] { return Widget("ListView1Column1").get_mapped(); }, "the temporary records");
