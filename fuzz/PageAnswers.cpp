@@ -19,7 +19,7 @@ std::string AnswerOf(const std::string& piece)
     const std::string body = piece.empty() ? "" : piece.substr(1);
     if (kind == '!') return body;
     const wire::AnswerHeader header{.bodyBytes = static_cast<std::uint32_t>(body.size()),
-                                    .failed = kind >= 'A' && kind <= 'Z',
+                                    .outcome = kind >= 'A' && kind <= 'Z',
                                     .revision = static_cast<std::uint64_t>(kind | 0x20)};
     return std::string(reinterpret_cast<const char*>(&header), sizeof header) + body;
 }

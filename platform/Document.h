@@ -6,6 +6,7 @@
 // operations throw.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -62,8 +63,18 @@ public:
     /// The elements that have a name, and behind them the buttons that submit without one.
     virtual int Length() = 0;
     virtual std::shared_ptr<Element> Elements(int j) = 0;
+    /// Has each element written, in their order. What `write` puts into an element may reach the page only after the
+    /// call; it goes by what elements there are and by their options, and reads nothing that a write may change. Where
+    /// the page answers a write with other elements or options, it is called again for those behind.
+    virtual void WriteEach(const std::function<void(Element&)>& write);
     virtual std::shared_ptr<velmora::Document> Document() = 0;
 };
+
+inline void Form::WriteEach(const std::function<void(Element&)>& write)
+{
+    const int elements = Length();
+    for (int j = 0; j < elements; ++j) write(*Elements(j));
+}
 
 class ElementCollection {
 public:

@@ -86,19 +86,23 @@ std::shared_ptr<Form> frmBrowser::WalkForms(const std::string& mode, Document& d
 bool frmBrowser::WalkElements(const std::string& mode, Form& form)
 {
     const int elements = form.Length();
-    for (int j = 0; j < elements; ++j) {
-        const auto element = form.Elements(j);
-        const ElementKind kind = KindOf(element->Type());
-        const std::string name = LowerCase(element->Name());
-        std::string recorded;
-        const bool found = GetFieldValue(name, recorded);
-        // Several forms of a page may go to one address: the first element tells the recorded one.
-        if (j == 0 && !found) return false;
+    std::string recorded;
+    // Several forms of a page may go to one address: the first element tells the recorded one.
+    if (elements > 0 && !GetFieldValue(LowerCase(form.Elements(0)->Name()), recorded)) return false;
+    const auto visit = [&](Element& element) {
+        const ElementKind kind = KindOf(element.Type());
+        const std::string name = LowerCase(element.Name());
+        GetFieldValue(name, recorded);
         if (mode == kWrite) {
-            WriteElement(*element, kind, name, recorded);
+            WriteElement(element, kind, name, recorded);
         } else {
-            ReadElement(*element, kind, name, recorded);
+            ReadElement(element, kind, name, recorded);
         }
+    };
+    if (mode == kWrite) {
+        form.WriteEach(visit);
+    } else {
+        for (int j = 0; j < elements; ++j) visit(*form.Elements(j));
     }
     return true;
 }

@@ -50,7 +50,7 @@ bool AgentChannel::ServeInPage()
             wire::RequestHeader header{};
             std::string body;
             if (!Receive(header, body)) return false;
-            pending_ = serve_(header, body);
+            pending_ = Try(header, body);
             pendingRequest_ = header;
             return true;
         }
@@ -90,8 +90,15 @@ bool AgentChannel::ServeOne()
     wire::RequestHeader header{};
     std::string body;
     if (!Receive(header, body)) return false;
-    const Answer answer = serve_(header, body);
+    const Answer answer = Try(header, body);
     return header.operation == wire::kDone || Send(header, answer);
+}
+
+AgentChannel::Answer AgentChannel::Try(const wire::RequestHeader& header, const std::string& body) const
+{
+    const bool isAsTold = header.document == toldDocument_ && header.revision == toldRevision_;
+    if (header.revision != 0 && !isAsTold) return {.outcome = wire::kPassedOver, .body = {}};
+    return serve_(header, body);
 }
 
 bool AgentChannel::Receive(wire::RequestHeader& header, std::string& body)
@@ -112,11 +119,13 @@ bool AgentChannel::SendPending()
 bool AgentChannel::Send(const wire::RequestHeader& request, const Answer& answer)
 {
     if (answer.body.size() > wire::kLongestAnswer) {
-        return Send(request, {.failed = true, .body = "the answer is too long"});
+        return Send(request, {.outcome = wire::kRefused, .body = "the answer is too long"});
     }
     const wire::AnswerHeader header{.bodyBytes = static_cast<std::uint32_t>(answer.body.size()),
-                                    .failed = answer.failed ? 1U : 0U,
+                                    .outcome = answer.outcome,
                                     .revision = revision_(request)};
+    toldDocument_ = request.document;
+    toldRevision_ = answer.outcome == wire::kServed ? header.revision : 0;
     const auto deadline = Clock::now() + kPatience;
     return SendAll(descriptor_, &header, sizeof header, deadline) &&
            SendAll(descriptor_, answer.body.data(), answer.body.size(), deadline);

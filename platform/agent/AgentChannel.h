@@ -17,7 +17,7 @@ namespace velmora {
 class AgentChannel {
 public:
     struct Answer {
-        bool failed = false;
+        wire::Outcome outcome = wire::kServed;
         std::string body;
     };
     /// Serves a request.
@@ -43,6 +43,8 @@ private:
     static gboolean OnReadable(gint descriptor, GIOCondition condition, gpointer self);
     bool ServeBurst();
     bool ServeOne();
+    /// Serves a request, or passes it over.
+    Answer Try(const wire::RequestHeader& header, const std::string& body) const;
     bool Receive(wire::RequestHeader& header, std::string& body);
     bool Send(const wire::RequestHeader& request, const Answer& answer);
     bool SendPending();
@@ -55,6 +57,9 @@ private:
     std::function<void()> closed_;
     std::optional<Answer> pending_;  ///< Of a write in a page, and its request.
     wire::RequestHeader pendingRequest_{};
+    // What the last answer told; the revision is 0 if it was a refusal.
+    wire::DocumentName toldDocument_;
+    std::uint64_t toldRevision_ = 0;
     guint source_ = 0;
 };
 

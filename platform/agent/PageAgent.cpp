@@ -130,7 +130,7 @@ private:
             default: throw ScriptError("no such operation");
             }
         } catch (const ScriptError& error) {
-            answer.failed = true;
+            answer.outcome = wire::kRefused;
             answer.body = error.what();
         }
         return answer;

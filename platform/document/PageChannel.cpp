@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace velmora {
@@ -31,6 +32,22 @@ constexpr std::chrono::milliseconds kBreath{5};
 
 // An answer is taken in pieces of this size, so that a length that lies costs no memory.
 constexpr std::size_t kPiece = std::size_t{1} << 20;
+
+// Writes that are sent before the first is answered. Beyond that little is won, and a page that is slow at each has
+// them all done when its time is over.
+constexpr std::size_t kMostAtOnce = 16;
+
+/// A request as it goes over the wire.
+std::string Message(const wire::DocumentName& document, wire::Operation operation, const std::string& body,
+                    std::uint64_t revision = 0)
+{
+    if (body.size() > wire::kLongestRequest) throw DocumentError("the request is too long");
+    const wire::RequestHeader header{.bodyBytes = static_cast<std::uint32_t>(body.size()),
+                                     .operation = operation,
+                                     .document = document,
+                                     .revision = revision};
+    return std::string(reinterpret_cast<const char*>(&header), sizeof header) + body;
+}
 
 }  // namespace
 
@@ -69,16 +86,45 @@ void PageChannel::BeginTurn()
 void PageChannel::EndTurn()
 {
     if (descriptor_ < 0) return;
-    const wire::RequestHeader header{.bodyBytes = 0, .operation = wire::kDone, .document = {}};
+    const wire::RequestHeader header{.bodyBytes = 0, .operation = wire::kDone, .document = {}, .revision = 0};
     // A socket that takes not even this at once belongs to a page that does not answer.
     if (!SendAll(descriptor_, &header, sizeof header, Clock::now())) Close();
 }
 
 void PageChannel::Write(const wire::DocumentName& document, const std::vector<std::string>& request)
 {
+    WriteAll(document, {request});
+}
+
+std::size_t PageChannel::WriteAll(const wire::DocumentName& document,
+                                  const std::vector<std::vector<std::string>>& requests)
+{
     const Use use(*time_);
     ++writes_;
-    Request(document, wire::kWrite, wire::Pack(request));
+    const std::uint64_t revision = Version(document).revision;
+    const auto end = EndOfTime();
+    std::size_t done = 0;
+    while (done < requests.size()) {
+        const std::size_t sent = std::min(requests.size() - done, kMostAtOnce);
+        std::string messages;
+        for (std::size_t i = done; i < done + sent; ++i) {
+            messages += Message(document, wire::kWrite, wire::Pack(requests[i]), i == 0 ? 0 : revision);
+        }
+        Breathe();
+        Send(messages, std::min(end, Clock::now() + kLongestWait));
+        // Each is answered, also one that is not tried. After a refusal none is.
+        const std::size_t before = done;
+        std::optional<Answer> refusal;
+        for (std::size_t i = 0; i < sent; ++i) {
+            Answer answer = Receive(document, std::min(end, Clock::now() + kLongestWait));
+            if (answer.outcome == wire::kServed) ++done;
+            const bool isTried = answer.outcome != wire::kPassedOver || before + i == 0;
+            if (answer.outcome != wire::kServed && isTried && !refusal) refusal = std::move(answer);
+        }
+        if (refusal) throw DocumentError(refusal->text);
+        if (done < before + sent) break;
+    }
+    return done;
 }
 
 void PageChannel::Click(const wire::DocumentName& document, const std::string& handle)
@@ -91,7 +137,7 @@ void PageChannel::Click(const wire::DocumentName& document, const std::string& h
 void PageChannel::Pause(Clock::duration time)
 {
     const Use use(*time_);
-    wait_(descriptor_, POLLIN, std::min(Deadline(), Clock::now() + time));
+    wait_(descriptor_, POLLIN, std::min({EndOfTime(), Clock::now() + kLongestWait, Clock::now() + time}));
 }
 
 DocumentVersion PageChannel::Version(const wire::DocumentName& document) const
@@ -102,38 +148,38 @@ DocumentVersion PageChannel::Version(const wire::DocumentName& document) const
 
 std::string PageChannel::Request(const wire::DocumentName& document, wire::Operation operation, const std::string& body)
 {
-    if (descriptor_ < 0) throw DocumentError("the page does not answer");
-    if (body.size() > wire::kLongestRequest) throw DocumentError("the request is too long");
-    const auto deadline = Deadline();
-    if (Clock::now() - heldSince_ > kLongestHold) {
-        wait_(descriptor_, POLLIN, Clock::now() + kBreath);
-        heldSince_ = Clock::now();
-    }
-    Send(document, operation, body, deadline);
+    const auto deadline = std::min(EndOfTime(), Clock::now() + kLongestWait);
+    Breathe();
+    Send(Message(document, operation, body), deadline);
     // In a read no script of the page runs, which could ask the engine something: the main loop need not run
     // so soon, and would draw the page meanwhile.
     if (operation == wire::kRead) WaitFor(descriptor_, POLLIN, std::min(deadline, Clock::now() + kUsualRead));
-    return Receive(document, deadline);
+    Answer answer = Receive(document, deadline);
+    if (answer.outcome != wire::kServed) throw DocumentError(answer.text);
+    return std::move(answer.text);
 }
 
-Clock::time_point PageChannel::Deadline() const
+Clock::time_point PageChannel::EndOfTime() const
 {
     const auto left = std::min<Clock::duration>(kLongestTurn - time_->turn, kLongestSinceAct - time_->sinceAct);
     if (left <= Clock::duration::zero()) throw DocumentError("the page has used up its time");
-    return Clock::now() + std::min<Clock::duration>(kLongestWait, left);
+    return Clock::now() + left;
 }
 
-void PageChannel::Send(const wire::DocumentName& document, wire::Operation operation, const std::string& body,
-                       Clock::time_point deadline)
+void PageChannel::Breathe()
 {
-    const wire::RequestHeader header{
-        .bodyBytes = static_cast<std::uint32_t>(body.size()), .operation = operation, .document = document};
-    std::string message(reinterpret_cast<const char*>(&header), sizeof header);
-    message += body;
-    if (!SendAll(descriptor_, message.data(), message.size(), deadline, wait_)) Fail("the page does not answer");
+    if (descriptor_ < 0 || Clock::now() - heldSince_ <= kLongestHold) return;
+    wait_(descriptor_, POLLIN, Clock::now() + kBreath);
+    heldSince_ = Clock::now();
 }
 
-std::string PageChannel::Receive(const wire::DocumentName& document, Clock::time_point deadline)
+void PageChannel::Send(const std::string& messages, Clock::time_point deadline)
+{
+    if (descriptor_ < 0) throw DocumentError("the page does not answer");
+    if (!SendAll(descriptor_, messages.data(), messages.size(), deadline, wait_)) Fail("the page does not answer");
+}
+
+PageChannel::Answer PageChannel::Receive(const wire::DocumentName& document, Clock::time_point deadline)
 {
     wire::AnswerHeader header{};
     if (!ReceiveAll(descriptor_, &header, sizeof header, deadline, wait_)) Fail("the page does not answer");
@@ -147,8 +193,7 @@ std::string PageChannel::Receive(const wire::DocumentName& document, Clock::time
         }
     }
     revisions_[document.number] = header.revision;
-    if (header.failed != 0) throw DocumentError(text);
-    return text;
+    return {header.outcome, std::move(text)};
 }
 
 void PageChannel::Fail(const std::string& reason)

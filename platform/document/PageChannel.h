@@ -63,6 +63,9 @@ public:
     }
     /// A write: the page's own handlers run before it returns.
     void Write(const wire::DocumentName& document, const std::vector<std::string>& request);
+    /// Several writes, without a trip for each: the next begins when the page's handlers for the last have run. Once
+    /// one has changed the structure, those after it are not tried. Gives how many were; at least the first is.
+    std::size_t WriteAll(const wire::DocumentName& document, const std::vector<std::vector<std::string>>& requests);
     /// Returns at once; the click follows.
     void Click(const wire::DocumentName& document, const std::string& handle);
 
@@ -83,11 +86,18 @@ private:
         const Clock::time_point start_ = Clock::now();
     };
 
+    struct Answer {
+        std::uint32_t outcome;  ///< A wire::Outcome, or whatever the other end says.
+        std::string text;
+    };
+
     std::string Request(const wire::DocumentName& document, wire::Operation operation, const std::string& body);
-    Clock::time_point Deadline() const;
-    void Send(const wire::DocumentName& document, wire::Operation operation, const std::string& body,
-              Clock::time_point deadline);
-    std::string Receive(const wire::DocumentName& document, Clock::time_point deadline);
+    /// The end of the time that the page has for all that is asked from now on.
+    Clock::time_point EndOfTime() const;
+    /// Lets events in if the window has been held for long.
+    void Breathe();
+    void Send(const std::string& messages, Clock::time_point deadline);
+    Answer Receive(const wire::DocumentName& document, Clock::time_point deadline);
     [[noreturn]] void Fail(const std::string& reason);
     void Close();
 

@@ -1,6 +1,8 @@
 #include "platform/document/PageDocument.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <exception>
 #include <map>
 #include <optional>
 #include <set>
@@ -18,6 +20,9 @@ constexpr std::uint64_t kMostFrames = 1000;
 // A page may look at what was entered, and ask its server, before it lets its button be pressed.
 constexpr std::chrono::seconds kLongestDisabled{3};
 constexpr std::chrono::milliseconds kPause{20};
+
+// Writes that are kept to go together; as many as go at once do.
+constexpr std::size_t kMostHeld = 16;
 
 /// Whether an element's value is its attribute (HTML, "value mode": default and default/on), so that
 /// only a change of the structure can change it.
@@ -132,6 +137,28 @@ public:
         throw DocumentError("the element is gone");
     }
 
+    /// Writes into the element at place i, or keeps that for Release.
+    void Write(int i, std::vector<std::string> request)
+    {
+        if (!holds_) return link_.Write(request);
+        held_.push_back(std::move(request));
+        places_.push_back(i);
+    }
+    /// From now on writes are kept.
+    void Hold() { holds_ = true; }
+    std::size_t Held() const { return held_.size(); }
+    /// Has what was kept written. Gives the place of the element from which on that was not tried, since the structure
+    /// has changed before; nothing if all was.
+    std::optional<int> Release()
+    {
+        holds_ = false;
+        const auto held = std::exchange(held_, {});
+        const auto places = std::exchange(places_, {});
+        const PagePlace& page = link_.Place();
+        const std::size_t done = page.channel->WriteAll(page.document, held);
+        return done < held.size() ? std::optional(places[done]) : std::nullopt;
+    }
+
 private:
     void Fetch()
     {
@@ -144,6 +171,9 @@ private:
     std::vector<ElementFacts> elements_;
     std::optional<DocumentVersion> fetched_;
     bool isKept_ = false;
+    bool holds_ = false;
+    std::vector<std::vector<std::string>> held_;
+    std::vector<int> places_;  ///< Of the elements of what is held.
 };
 
 class PageOption : public Option {
@@ -156,7 +186,7 @@ public:
     std::string Text() override { return Facts(list_->Named(element_, handle_)).text; }
     std::string Value() override { return Facts(list_->Named(element_, handle_)).value; }
     bool Selected() override { return Facts(list_->State(element_, handle_)).selected; }
-    void Select() override { list_->Link().Write({"select", handle_, std::to_string(index_)}); }
+    void Select() override { list_->Write(element_, {"select", handle_, std::to_string(index_)}); }
 
 private:
     const OptionFacts& Facts(const ElementFacts& element) const { return At(element.options, index_, "option"); }
@@ -181,9 +211,9 @@ public:
         const ElementFacts& element = Facts();
         return HoldsValueInMarkup(element.type) ? element.value : list_->State(index_, handle_).value;
     }
-    void SetValue(const std::string& value) override { list_->Link().Write({"value", handle_, value}); }
+    void SetValue(const std::string& value) override { list_->Write(index_, {"value", handle_, value}); }
     bool Checked() override { return list_->State(index_, handle_).checked; }
-    void Check() override { list_->Link().Write({"check", handle_}); }
+    void Check() override { list_->Write(index_, {"check", handle_}); }
     std::string Src() override { return Facts().src; }
     int OptionsLength() override { return static_cast<int>(Facts().options.size()); }
     std::shared_ptr<Option> Options(int k) override
@@ -223,6 +253,30 @@ public:
     int Length() override { return static_cast<int>(elements_->Structure().size()); }
     std::shared_ptr<Element> Elements(int j) override { return std::make_shared<PageElement>(elements_, j); }
     std::shared_ptr<velmora::Document> Document() override { return document_; }
+
+    void WriteEach(const std::function<void(Element&)>& write) override
+    {
+        const int count = Length();
+        // A page that changes its structure at each write gets one at a time.
+        std::size_t most = kMostHeld;
+        for (int j = 0; j < count;) {
+            std::exception_ptr failure;
+            elements_->Hold();
+            try {
+                for (; j < count && elements_->Held() < most; ++j) {
+                    PageElement element(elements_, j);
+                    write(element);
+                }
+            } catch (const std::exception&) {
+                failure = std::current_exception();
+            }
+            // What was written before the failure is; a change of the structure may be its end.
+            const auto changed = elements_->Release();
+            if (!changed && failure) std::rethrow_exception(failure);
+            j = changed.value_or(j);
+            most = changed ? 1 : std::min(2 * most, kMostHeld);
+        }
+    }
 
 private:
     std::shared_ptr<velmora::Document> document_;

@@ -47,6 +47,9 @@ struct RequestHeader {
     std::uint32_t bodyBytes;
     std::uint32_t operation;
     DocumentName document;  ///< Another one in its frame refuses: the page is gone.
+    /// Of a write that was sent behind another, ahead of its answer: it is passed over if that one was refused, or if
+    /// its answer told another revision than this. 0: it is tried.
+    std::uint64_t revision = 0;
 };
 
 enum Operation : std::uint32_t {
@@ -56,9 +59,15 @@ enum Operation : std::uint32_t {
     kDone = 3,   ///< No body, no answer: the program has handled the event, and nothing follows.
 };
 
+enum Outcome : std::uint32_t {
+    kServed = 0,
+    kRefused = 1,     ///< The body says why.
+    kPassedOver = 2,  ///< See RequestHeader::revision.
+};
+
 struct AnswerHeader {
     std::uint32_t bodyBytes;
-    std::uint32_t failed;    ///< 1: the page refused; the body says why.
+    std::uint32_t outcome;   ///< An Outcome.
     std::uint64_t revision;  ///< How often the structure of the frame's forms has changed.
 };
 

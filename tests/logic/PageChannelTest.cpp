@@ -87,7 +87,7 @@ TEST(PageChannel, AnswersThatMakeNoSenseAreFailures)
         SCOPED_TRACE(document + " " + elements);
         ExpectRefused([&, &first = document, &then = elements](int descriptor, const std::string& request) {
             const std::string& body = request == "document" ? first : then;
-            Send(descriptor, {.bodyBytes = static_cast<std::uint32_t>(body.size()), .failed = 0, .revision = 1}, body);
+            Send(descriptor, {.bodyBytes = static_cast<std::uint32_t>(body.size()), .outcome = 0, .revision = 1}, body);
         });
     }
 }
@@ -103,7 +103,7 @@ void AnswerAnyhow(std::mt19937& random, int descriptor, const std::string& reque
     if (kind == 10) shutdown(descriptor, SHUT_WR);
     if (kind < 4) body = "200000" + std::string(wire::kLongestAnswer - 6, '\n');
     const wire::AnswerHeader header{.bodyBytes = static_cast<std::uint32_t>(body.size()) + (kind == 4 ? 9 : 0),
-                                    .failed = kind == 5,
+                                    .outcome = kind == 5,
                                     .revision = random() % 3};
     std::string message(reinterpret_cast<const char*>(&header), sizeof header);
     message += body;
@@ -150,7 +150,7 @@ TEST(PageChannel, APageHasItsTimeForATurnAndUntilTheUserActs)
     int asked = 0;
     FakeAgent agent(channel, [&](int descriptor, const std::string&) {
         ++asked;
-        Send(descriptor, {.bodyBytes = 0, .failed = 1, .revision = 1}, "");
+        Send(descriptor, {.bodyBytes = 0, .outcome = 1, .revision = 1}, "");
     });
     ExpectFailure(channel);
     EXPECT_GT(time->turn.count(), 0) << "a request that fails counts, too";
@@ -165,13 +165,50 @@ TEST(PageChannel, APageHasItsTimeForATurnAndUntilTheUserActs)
     EXPECT_EQ(asked, 2) << "the user has done nothing for all that time";
 }
 
+TEST(PageChannel, WritesThatGoTogetherEndWhereTheStructureChangesOrThePageRefuses)
+{
+    const auto channel = std::make_shared<PageChannel>();
+    std::string tried;
+    std::uint64_t revision = 1;
+    bool isOver = false;
+    FakeAgent agent(*channel, [&](int descriptor, const std::string& request) {
+        std::string body = request.starts_with("document") ? "0\n1\n7\nto.cgi\nf"
+                           : request.starts_with("form")
+                               ? "3\n1\na\ntext\n\n0\n\n0\n2\nb\ntext\n\n0\n\n0\n3\nc\ntext\n\n0\n\n0"
+                               : "";
+        std::uint32_t outcome = wire::kServed;
+        if (!body.empty()) {
+            isOver = false;
+        } else if (isOver) {
+            outcome = wire::kPassedOver;
+        } else {
+            tried += request.substr(6, 1);
+            if (tried.size() == 4) outcome = wire::kRefused, body = "gone";
+            if (tried.size() == 1) ++revision;
+            isOver = tried.size() == 1 || tried.size() == 4;
+        }
+        Send(descriptor, {static_cast<std::uint32_t>(body.size()), outcome, revision}, body);
+    });
+    const auto form = OpenDocument({channel, {1, 1}})->Forms(0);
+    std::string asked;
+    const auto write = [&](Element& element) {
+        asked += element.Name();
+        element.SetValue("x");
+    };
+    form->WriteEach(write);
+    EXPECT_EQ(asked + " " + tried, "abcbc 123") << "what was not tried is asked for anew";
+    EXPECT_THROW(form->WriteEach(write), DocumentError);
+    EXPECT_EQ(asked + " " + tried, "abcbcabc 1231") << "nothing is tried behind a refusal";
+    EXPECT_EQ(form->Elements(0)->Value(), "") << "the next answer is that to the next request";
+}
+
 TEST(PageChannel, AnEndThatHasFailedIsNotAskedAgain)
 {
     PageChannel channel;
     int asked = 0;
     FakeAgent agent(channel, [&](int descriptor, const std::string&) {
         ++asked;
-        Send(descriptor, {.bodyBytes = wire::kLongestAnswer + 1, .failed = 0, .revision = 0}, "");
+        Send(descriptor, {.bodyBytes = wire::kLongestAnswer + 1, .outcome = 0, .revision = 0}, "");
     });
     ExpectFailure(channel);
     ExpectFailure(channel);
