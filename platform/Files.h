@@ -2,31 +2,15 @@
 // FileError and leaves what was on disk as it was.
 #pragma once
 
-#include <memory>
-#include <optional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace velmora {
 
 class FileError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
-};
-
-/// The plain files of a folder as they were when it was opened, one after the other in the order of their names'
-/// bytes. It must not outlive the Files that it comes from.
-class FolderReader {
-public:
-    virtual ~FolderReader() = default;
-
-    struct File {
-        std::string Name;
-        std::string Bytes;
-    };
-    /// The next file; nothing when there is none left. Throws FileError for a file that cannot be read or is too
-    /// long for any record (see the implementation); the call after that goes on behind it.
-    virtual std::optional<File> Next() = 0;
 };
 
 /// A folder or a file that is there but could not be listed or read holds what nobody has seen: until it
@@ -45,8 +29,11 @@ public:
     virtual bool CanWrite(const std::string& folder) = 0;
     /// Makes a folder that only its owner may enter.
     virtual void MakeFolder(const std::string& path) = 0;
-    /// Opens a folder. Files whose names have that ending, letter case ignored, are read; others come without bytes.
-    virtual std::unique_ptr<FolderReader> ReadFolder(const std::string& folder, const std::string& ending) = 0;
+    /// The names of the plain files of a folder, sub-folders left out. Those that are read next, in this order, may be
+    /// read ahead.
+    virtual std::vector<std::string> List(const std::string& folder) = 0;
+    /// The bytes of a file. A file that is too long for any record (see the implementation) fails.
+    virtual std::string Read(const std::string& path) = 0;
     /// Puts a file with these bytes at the path. At every instant either the whole old or the whole
     /// new file is on disk.
     virtual void Write(const std::string& path, const std::string& bytes) = 0;

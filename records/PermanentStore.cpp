@@ -1,26 +1,38 @@
 #include <exception>
+#include <string_view>
 
 #include "platform/Files.h"
-#include "platform/text/CodePage.h"
+#include "platform/text/Search.h"
 #include "records/frmHome.h"
 #include "shell/frmBrowser.h"
 
 namespace velmora {
 
+namespace {
+
+bool IsXmlName(const std::string& name)
+{
+    return name.size() >= 4 && EqualIgnoringCase(std::string_view(name).substr(name.size() - 4), ".xml");
+}
+
+}  // namespace
+
 void frmBrowser::LoadPermanentSession()
 {
     glngNoOfPermanentSession = 0;
-    const auto files = OpenSessionFolder();
-    while (files && LoadSessionFile(*files)) platform_.dialogs.DoEvents();
+    for (const std::string& name : ListSessionFolder()) {
+        LoadSessionFile(name);
+        platform_.dialogs.DoEvents();
+    }
     if (lvwPermanent.Count() > 0) lvwPermanent.Select(&lvwPermanent.Item(1));
     ShowStatus(std::to_string(glngNoOfPermanentSession) + " Permanent Record");
 }
 
-std::unique_ptr<FolderReader> frmBrowser::OpenSessionFolder()
+std::vector<std::string> frmBrowser::ListSessionFolder()
 {
-    std::unique_ptr<FolderReader> files;
+    std::vector<std::string> files;
     try {
-        files = platform_.files.ReadFolder(gstrSessionPath, ".xml");
+        files = platform_.files.List(gstrSessionPath);
         if (platform_.files.CanWrite(gstrSessionPath)) return files;
     } catch (const std::exception&) {
         // Whatever stands in the way, what the user has to know is the same.
@@ -32,21 +44,11 @@ std::unique_ptr<FolderReader> frmBrowser::OpenSessionFolder()
     return files;
 }
 
-bool frmBrowser::LoadSessionFile(FolderReader& files)
+void frmBrowser::LoadSessionFile(const std::string& name)
 {
-    std::optional<FolderReader::File> file;
-    try {
-        file = files.Next();
-        if (!file) return false;
-    } catch (const std::exception&) {
-        return true;  // What cannot be read is passed over; it stays on disk.
-    }
-    if (!file->Bytes.empty()) LoadSession(TextOfBytes(file->Bytes));
-    return true;
-}
-
-void frmBrowser::LoadSession(const std::string& text)
-{
+    if (!IsXmlName(name)) return;
+    std::string text;
+    if (!ReadTextFile(gstrSessionPath + "/" + name, text)) return;
     RecordItem record;
     ParseSessionXml(text, record);
     if (record.Type == kTypeHome) {

@@ -87,6 +87,18 @@ std::string frmBrowser::SessionFilePath(const std::string& Url)
     return gstrSessionPath + "/" + MakeSessionFileName(Url) + ".xml";
 }
 
+bool frmBrowser::ReadTextFile(const std::string& path, std::string& text)
+{
+    try {
+        const std::string bytes = platform_.files.Read(path);
+        if (bytes.empty()) return false;
+        text = TextOfBytes(bytes);
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
 void frmBrowser::WriteTextFile(const std::string& path, const std::string& text)
 {
     try {

@@ -25,7 +25,6 @@ class frmBookmark;
 class frmEdit;
 class frmHome;
 class frmProxy;
-class FolderReader;
 enum class ElementKind;
 
 class frmBrowser : public Window {
@@ -162,6 +161,8 @@ public:
     static std::string MakeSessionFileName(const std::string& Url);
     /// The path of the session file of an address.
     std::string SessionFilePath(const std::string& Url);
+    /// False, and `text` left alone, if the file could not be read whole or holds nothing.
+    bool ReadTextFile(const std::string& path, std::string& text);
     /// Puts a file with the text and a line end after it at the path. A failure is silent and leaves
     /// the file that was there.
     void WriteTextFile(const std::string& path, const std::string& text);
@@ -303,12 +304,10 @@ private:
     void AskForSelection();
     /// Sets the session folder and makes it.
     void PrepareSessionFolder();
-    /// The session folder, null if it cannot be listed; tells the user of that, and if it cannot be written.
-    std::unique_ptr<FolderReader> OpenSessionFolder();
-    /// Takes the next file of the session folder in; false if there is none left.
-    bool LoadSessionFile(FolderReader& files);
-    /// Puts the text of a session file into the permanent list, or to the home page.
-    void LoadSession(const std::string& text);
+    /// The names of the files in the session folder; tells the user if it cannot be listed or written.
+    std::vector<std::string> ListSessionFolder();
+    /// Reads one file of the session folder into the permanent list or the home page.
+    void LoadSessionFile(const std::string& name);
     /// Replaces the session file of a record.
     void WriteSessionFile(const RecordItem& record);
     /// Deletes the session file of an address; false if it is still there afterwards.

@@ -17,7 +17,6 @@
 
 #include "platform/posix/Descriptor.h"
 #include "platform/posix/Folders.h"
-#include "platform/posix/ReadAhead.h"
 #include "platform/text/Search.h"
 
 namespace velmora {
@@ -65,9 +64,11 @@ std::string DiskPath(const std::string& path)
     return path.substr(0, nameAt) + PosixFiles::DiskName(name, NameLimit(FolderOf(path)));
 }
 
-bool EndsIn(std::string_view name, std::string_view ending)
+bool IsRecord(std::string_view name)
 {
-    return name.size() >= ending.size() && EqualIgnoringCase(name.substr(name.size() - ending.size()), ending);
+    constexpr std::string_view kExtension = ".xml";
+    return name.size() >= kExtension.size() &&
+           EqualIgnoringCase(name.substr(name.size() - kExtension.size()), kExtension);
 }
 
 bool IsTemporary(std::string_view name)
@@ -216,23 +217,24 @@ bool PosixFiles::CanWrite(const std::string& folder)
            ::faccessat(AT_FDCWD, place.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
-std::unique_ptr<FolderReader> PosixFiles::ReadFolder(const std::string& folder, const std::string& ending)
+std::vector<std::string> PosixFiles::List(const std::string& folder)
 {
     const std::string place = DiskPath(folder);
     unseen_.insert(place);
-    std::vector<ListedFile> files = ListPlace(place, ending);
-    Descriptor open = OpenFolder(place);
-    if (!open.Valid()) Fail("cannot list", place, errno);
+    ahead_.reset();
+    std::vector<ListedFile> files = ListPlace(place);
     unseen_.erase(place);
     std::sort(files.begin(), files.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
-    const auto note = [this, place](const std::string& name, bool wasRead) {
-        if (!wasRead) unseen_.insert(place + "/" + name);
-        if (wasRead && !unseen_.empty()) unseen_.erase(place + "/" + name);
-    };
-    return std::make_unique<ReadAhead>(std::move(open), std::move(files), note);
+    std::vector<std::string> names;
+    for (const ListedFile& file : files) names.push_back(file.name);
+    std::erase_if(files, [](const ListedFile& file) { return !IsRecord(file.name); });
+    folderAhead_ = folder;
+    Descriptor open = OpenFolder(place);
+    if (open.Valid()) ahead_ = std::make_unique<ReadAhead>(std::move(open), std::move(files));
+    return names;
 }
 
-std::vector<ListedFile> PosixFiles::ListPlace(const std::string& place, const std::string& ending)
+std::vector<ListedFile> PosixFiles::ListPlace(const std::string& place)
 {
     const std::unique_ptr<DIR, int (*)(DIR*)> listing(::opendir(place.c_str()), ::closedir);
     if (!listing) Fail("cannot list", place, errno);
@@ -261,8 +263,34 @@ std::vector<ListedFile> PosixFiles::ListPlace(const std::string& place, const st
             if (errno != ENOENT) unseen_.insert(place + "/" + name);
             continue;
         }
-        if (isPlain || S_ISREG(status.st_mode)) files.push_back({name, isPlain, EndsIn(name, ending)});
+        if (isPlain || S_ISREG(status.st_mode)) files.push_back({name, isPlain});
     }
+}
+
+std::string PosixFiles::Read(const std::string& path)
+{
+    std::string bytes;
+    bool isThere = true;
+    try {
+        if (IsNextAhead(path)) {
+            bytes = ahead_->Take();
+        } else {
+            ahead_.reset();
+            isThere = AppendFile(bytes, AT_FDCWD, {DiskPath(path), false});
+        }
+    } catch (const std::exception&) {
+        unseen_.insert(DiskPath(path));
+        throw;
+    }
+    if (!isThere) Fail("cannot open", path, ENOENT);
+    if (!unseen_.empty()) unseen_.erase(DiskPath(path));
+    return bytes;
+}
+
+bool PosixFiles::IsNextAhead(const std::string& path) const
+{
+    const ListedFile* const next = ahead_ ? ahead_->Next() : nullptr;
+    return next && path == folderAhead_ + "/" + next->name;
 }
 
 void PosixFiles::Write(const std::string& path, const std::string& bytes)
@@ -279,6 +307,7 @@ void PosixFiles::Write(const std::string& path, const std::string& bytes)
 
 void PosixFiles::Replace(const std::string& place, std::string_view bytes)
 {
+    ahead_.reset();
     if (bytes.size() > kMaxBytes) throw FileError("cannot write " + place + ": it would be too long to be read again");
     RefuseUnseen("cannot write", place);
     struct stat status {};
@@ -293,6 +322,7 @@ void PosixFiles::Replace(const std::string& place, std::string_view bytes)
 
 void PosixFiles::Delete(const std::string& path)
 {
+    ahead_.reset();
     const std::string place = DiskPath(path);
     struct stat status {};
     if (::lstat(place.c_str(), &status) != 0) {

@@ -40,9 +40,23 @@ void AppendWhole(std::string& bytes, const Descriptor& open, const struct stat& 
 
 }  // namespace
 
-ReadAhead::ReadAhead(Descriptor folder, std::vector<ListedFile> files, Noted noted)
-    : folder_(std::move(folder)), files_(std::move(files)), noted_(std::move(noted))
+bool AppendFile(std::string& bytes, int folder, const ListedFile& file)
 {
+    // Without O_NONBLOCK, opening a pipe would wait for its writer.
+    constexpr int kHow = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    const Descriptor open(::openat(folder, file.name.c_str(), file.isPlain ? kHow | O_NOFOLLOW : kHow));
+    if (!open.Valid() && errno == ENOENT) return false;
+    struct stat status {};
+    if (!open.Valid() || ::fstat(open.Get(), &status) != 0) Fail("cannot open", file.name, errno);
+    if (file.isPlain) TakeRightsFromOthers(open.Get(), status, S_IRUSR | S_IWUSR);
+    AppendWhole(bytes, open, status, file.name);
+    return true;
+}
+
+ReadAhead::ReadAhead(Descriptor folder, std::vector<ListedFile> files)
+    : folder_(std::move(folder)), files_(std::move(files))
+{
+    if (files_.empty()) return;
     try {
         thread_ = std::thread([this] { Run(); });
     } catch (const std::system_error&) {
@@ -61,26 +75,24 @@ ReadAhead::~ReadAhead()
     thread_.join();
 }
 
-std::optional<FolderReader::File> ReadAhead::Next()
+std::string ReadAhead::Take()
 {
-    if (next_ == files_.size()) return std::nullopt;
-    const ListedFile& file = files_[next_++];
+    const ListedFile& file = files_.at(next_++);
     if (nextPart_ == taken_.parts.size()) {
         taken_ = Batch();
         nextPart_ = nextByte_ = 0;
         if (thread_.joinable()) {
-            taken_ = Take();
+            taken_ = TakeBatch();
         } else {
             Read(file, taken_);
         }
     }
     const Batch::Part& part = taken_.parts[nextPart_++];
-    if (file.isWanted) noted_(file.name, !part.failure);
     if (part.failure) std::rethrow_exception(part.failure);
-    return File{file.name, taken_.bytes.substr(std::exchange(nextByte_, nextByte_ + part.size), part.size)};
+    return taken_.bytes.substr(std::exchange(nextByte_, nextByte_ + part.size), part.size);
 }
 
-ReadAhead::Batch ReadAhead::Take()
+ReadAhead::Batch ReadAhead::TakeBatch()
 {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return !ahead_.empty(); });
@@ -116,24 +128,12 @@ void ReadAhead::Read(const ListedFile& file, Batch& batch) const
     const std::size_t before = batch.bytes.size();
     std::exception_ptr failure;
     try {
-        if (file.isWanted) ReadBytes(file, batch.bytes);
+        AppendFile(batch.bytes, folder_.Get(), file);
     } catch (const std::exception&) {
         failure = std::current_exception();
         batch.bytes.resize(before);
     }
     batch.parts.push_back({batch.bytes.size() - before, failure});
-}
-
-void ReadAhead::ReadBytes(const ListedFile& file, std::string& bytes) const
-{
-    // Without O_NONBLOCK, opening what is a pipe by now would wait for its writer.
-    constexpr int kHow = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-    const Descriptor open(::openat(folder_.Get(), file.name.c_str(), file.isPlain ? kHow | O_NOFOLLOW : kHow));
-    if (!open.Valid() && errno == ENOENT) return;  // Gone since it was listed.
-    struct stat status {};
-    if (!open.Valid() || ::fstat(open.Get(), &status) != 0) Fail("cannot open", file.name, errno);
-    if (file.isPlain) TakeRightsFromOthers(open.Get(), status, S_IRUSR | S_IWUSR);
-    AppendWhole(bytes, open, status, file.name);
 }
 
 }  // namespace velmora

@@ -1,17 +1,14 @@
-// Reads the files of a folder while others are at work on those that it has read.
+// Reading files, and reading those of a folder while others are at work on what has been read.
 #pragma once
 
 #include <condition_variable>
 #include <deque>
 #include <exception>
-#include <functional>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "platform/Files.h"
 #include "platform/posix/Descriptor.h"
 
 namespace velmora {
@@ -21,22 +18,26 @@ struct ListedFile {
     std::string name;
     /// It was a plain file itself; anything else may have been a link, whose target's rights are left as they are.
     bool isPlain;
-    bool isWanted;  ///< Its bytes are.
 };
+
+/// Appends the bytes of a file in an open folder, or at a path of its own in AT_FDCWD; false if it is gone. Fails, and
+/// may then have appended some, for anything but a plain file of at most PosixFiles::kMaxBytes, and never waits for
+/// one. Takes from others what rights they have to a file of the user's that is plain itself.
+bool AppendFile(std::string& bytes, int folder, const ListedFile& file);
 
 /// The one thread that the program has beside its own: opening and reading a small file takes as long as making a
 /// row of it. The thread touches nothing but what stands here, and ends with the reader.
-class ReadAhead : public FolderReader {
+class ReadAhead {
 public:
-    /// Whether a file that is there could be read; told as it is taken.
-    using Noted = std::function<void(const std::string& name, bool wasRead)>;
-
-    ReadAhead(Descriptor folder, std::vector<ListedFile> files, Noted noted);
-    ~ReadAhead() override;
+    ReadAhead(Descriptor folder, std::vector<ListedFile> files);
+    ~ReadAhead();
     ReadAhead(const ReadAhead&) = delete;
     ReadAhead& operator=(const ReadAhead&) = delete;
 
-    std::optional<File> Next() override;
+    /// The file that is to be taken next; null when there is none left.
+    const ListedFile* Next() const { return next_ < files_.size() ? &files_[next_] : nullptr; }
+    /// Its bytes; none if it is gone by now. Throws FileError if it could not be read, and goes on behind it.
+    std::string Take();
 
 private:
     /// Files one behind the other. Memory that one thread takes and the other gives back is slow to have, so it goes
@@ -52,16 +53,14 @@ private:
 
     /// Adds the bytes of a file to a batch, or why there are none.
     void Read(const ListedFile& file, Batch& batch) const;
-    void ReadBytes(const ListedFile& file, std::string& bytes) const;
     void Run();
     /// Hands a batch over, as soon as there is room; false if nobody wants it.
     bool Give(Batch batch);
-    Batch Take();
+    Batch TakeBatch();
 
     const Descriptor folder_;
     const std::vector<ListedFile> files_;
-    const Noted noted_;
-    std::size_t next_ = 0;  ///< The file to be handed out next.
+    std::size_t next_ = 0;  ///< The file to be taken next.
     Batch taken_;           ///< Where its bytes are, or come from.
     std::size_t nextPart_ = 0;
     std::size_t nextByte_ = 0;

@@ -51,7 +51,7 @@ protected:
         }
         // What could not be listed or read is left alone. What could not be written is told by whoever writes, and
         // stands in the list until the program ends.
-        if (faults.where != "ReadFolder" && faults.where != "Next" && faults.where != "Write") ExpectFilesOfRows();
+        if (faults.where != "List" && faults.where != "Read" && faults.where != "Write") ExpectFilesOfRows();
     }
 
     /// Deletes all records of a tab but the one that was there from the start.

@@ -64,29 +64,13 @@ protected:
         Restart();
     }
 
-    using Texts = std::vector<std::pair<std::string, std::string>>;
-
     std::string Path(const std::string& name) const { return folder + "/" + name; }
     std::string Names()
     {
         std::string names;
-        for (const auto& [name, text] : Read()) names += name + ":" + std::to_string(text.size()) + " ";
+        for (const auto& name : files.List(folder))
+            names += name + ":" + std::to_string(files.Read(Path(name)).size()) + " ";
         return names;
-    }
-    /// What the program reads there. A file that cannot be read says so.
-    Texts Read()
-    {
-        Texts texts;
-        const auto reader = files.ReadFolder(folder, ".xml");
-        for (;;) {
-            try {
-                const auto file = reader->Next();
-                if (!file) return texts;
-                texts.emplace_back(file->Name, file->Bytes);
-            } catch (const FileError& error) {
-                texts.emplace_back("", error.what());
-            }
-        }
     }
     /// What the folder really holds.
     std::map<std::string, std::string> OnDisk() const
@@ -165,7 +149,7 @@ TEST_F(PosixFilesTest, WritesReplaceWholeFilesThatOnlyTheOwnerReads)
     const std::string bytes("a\0\xFF\r\n", 5);
     files.Write(Path("a.xml"), "a longer text of before");
     files.Write(Path("a.xml"), bytes);
-    EXPECT_EQ(Read(), (Texts{{"a.xml", bytes}}));
+    EXPECT_EQ(files.Read(Path("a.xml")), bytes);
     EXPECT_EQ(ModeOf(Path("a.xml")), 0600u);
     EXPECT_EQ(OnDisk().size(), 1U);
     files.MakeFolder(Path("folder"));
@@ -175,7 +159,7 @@ TEST_F(PosixFilesTest, WritesReplaceWholeFilesThatOnlyTheOwnerReads)
     for (const char* name : {"a.xml/under", "a.xml", "a.xml", "folder"}) files.Delete(Path(name));
     EXPECT_FALSE(files.Exists(Path("a.xml")));
     EXPECT_TRUE(files.Exists(Path("folder"))) << "only files are deleted";
-    beforeNextLock = [this] { PosixFiles().ReadFolder(folder, ""); };
+    beforeNextLock = [this] { PosixFiles().List(folder); };
     files.Write(Path("a.xml"), "another copy starts in the middle of it");
     EXPECT_EQ(Names(), "a.xml:39 ");
 }
@@ -183,7 +167,7 @@ TEST_F(PosixFilesTest, WritesReplaceWholeFilesThatOnlyTheOwnerReads)
 TEST_F(PosixFilesTest, AWriteThatFailsIsToldOnceAndLeavesTheOldFile)
 {
     files.Write(Path("a.xml"), "old");
-    EXPECT_THROW(files.Delete(Path(std::string("a.xml\0", 6))), FileError);
+    EXPECT_THROW(files.Read(Path(std::string("a.xml\0", 6))), FileError);
     std::vector<std::string> told;
     files.WriteFailed = [&told](const std::string& why) { told.push_back(why.substr(why.rfind(": "))); };
     const auto fail = [this] { EXPECT_THROW(files.Write(Path("a.xml"), std::string(5000, 'x')), FileError); };
@@ -196,11 +180,17 @@ TEST_F(PosixFilesTest, AWriteThatFailsIsToldOnceAndLeavesTheOldFile)
 TEST_F(PosixFilesTest, WhatCouldNotBeReadIsNotWrittenOver)
 {
     files.Write(Path("a.xml"), "a");
-    WithFailing(SYS_getdents64, EIO, [this] { EXPECT_THROW(Read(), FileError); });
+    WithFailing(SYS_getdents64, EIO, [this] { EXPECT_THROW(files.List(folder), FileError); });
     EXPECT_EQ(Names(), "a.xml:1 ");
-    WithFailing(SYS_read, EIO, [this] { EXPECT_EQ(Read(), (Texts{{"", "cannot read a.xml: Input/output error"}})); });
+    for (const char* name : {"a.xml", "none.xml"}) {
+        WithFailing(SYS_read, EIO, [&] { EXPECT_THROW(files.Read(Path(name)), FileError); });
+    }
     EXPECT_THROW(files.Write(Path("a.xml"), "new"), FileError);
-    WithFailing(SYS_clone3, EAGAIN, [this] { EXPECT_EQ(Names(), "a.xml:1 ") << "without a thread of its own"; });
+    WithFailing(SYS_clone3, EAGAIN, [this] { EXPECT_EQ(Names(), "a.xml:1 ") << "without a thread that reads ahead"; });
+    files.Write(Path("a.xml"), "b");
+    WithFailing(SYS_read, EIO, [this] { EXPECT_THROW(Names(), FileError) << "by the thread that reads ahead"; });
+    EXPECT_THROW(files.Write(Path("a.xml"), "new"), FileError);
+    EXPECT_EQ(files.Read(Path("a.xml")), "b");
     for (const char* name : {"a.xml", "none.xml"}) files.Write(Path(name), "new");
 }
 
@@ -211,14 +201,13 @@ TEST_F(PosixFilesTest, NamesThatAreTooLongAreMappedAlikeEverywhere)
     const std::string other = std::string(3000, 'a') + ".xml";
     int n = 0;
     EXPECT_LE(PosixFiles::DiskName(fits, 143).size(), 143U) << "a file system with a lower limit";
-    for (const auto& name : {fits, longer, other, fits, longer, other}) files.Write(Path(name), std::to_string(++n));
+    for (const auto& name : {fits, longer, other}) files.Write(Path(name), std::to_string(++n));
     EXPECT_TRUE(fs::exists(Path(fits)));
-    for (const auto& [name, text] : Read()) {
+    EXPECT_EQ(files.Read(Path(fits)) + files.Read(Path(longer)) + files.Read(Path(other)), "123");
+    for (const auto& name : files.List(folder)) {
         EXPECT_TRUE(name.ends_with(".xml")) << name;
-        files.Write(Path(name), text);  // A listed name can be used as it is.
+        EXPECT_EQ(files.Read(Path(name)).size(), 1U) << "a listed name can be used as it is";
     }
-    EXPECT_EQ(OnDisk()[fits], "4");
-    EXPECT_EQ(OnDisk().size(), 3U);
     EXPECT_TRUE(files.Exists(Path(other)));
     files.Delete(Path(other));
     EXPECT_FALSE(files.Exists(Path(other)));
@@ -232,6 +221,9 @@ TEST_F(PosixFilesTest, OnlyPlainFilesAreReadAndReplacedAndNothingIsWaitedFor)
     fs::create_symlink("/dev/zero", Path("zero.xml"));
     fs::create_symlink("loop.xml", Path("loop.xml"));
     fs::create_symlink("nowhere", Path("dangling.xml"));
+    for (const char* name : {"pipe.xml", "folder.xml", "zero.xml", "dangling.xml"}) {
+        EXPECT_THROW(files.Read(Path(name)), FileError) << name;
+    }
     EXPECT_EQ(Names(), "");
     StartCopy();
     for (const char* name : {"pipe.xml", "folder.xml", "loop.xml"}) {
@@ -239,11 +231,11 @@ TEST_F(PosixFilesTest, OnlyPlainFilesAreReadAndReplacedAndNothingIsWaitedFor)
     }
     files.Delete(Path("pipe.xml"));
     EXPECT_TRUE(fs::is_fifo(Path("pipe.xml")));
-    for (const char* name : {"big.xml", "long.xml", "next.xml"}) std::ofstream(Path(name)) << "n";
+    std::ofstream(Path("big.xml")).close();
     fs::resize_file(Path("big.xml"), PosixFiles::kMaxBytes);
-    fs::resize_file(Path("long.xml"), PosixFiles::kMaxBytes + 1);
-    files.ReadFolder(folder, ".xml")->Next();  // And no more of it: nothing waits to be taken.
-    EXPECT_EQ(Names(), "big.xml:16777216 :20 next.xml:1 ");
+    EXPECT_EQ(files.Read(Path("big.xml")).size(), PosixFiles::kMaxBytes);
+    fs::resize_file(Path("big.xml"), PosixFiles::kMaxBytes + 1);
+    EXPECT_THROW(files.Read(Path("big.xml")), FileError);
 }
 
 TEST_F(PosixFilesTest, ListingTakesTheRightsOfOthersToRecords)
@@ -251,7 +243,7 @@ TEST_F(PosixFilesTest, ListingTakesTheRightsOfOthersToRecords)
     for (const char* name : {"a.XML", "b.txt"}) std::ofstream(Path(name)) << "1";
     for (const char* name : {"", "a.XML", "b.txt"}) ::chmod(Path(name).c_str(), 0755);
     fs::create_symlink("b.txt", Path("link.xml"));
-    EXPECT_EQ(Names(), "a.XML:1 b.txt:0 link.xml:1 ");
+    EXPECT_EQ(Names(), "a.XML:1 b.txt:1 link.xml:1 ");
     EXPECT_EQ(ModeOf(folder), 0700U);
     EXPECT_EQ(ModeOf(Path("a.XML")), 0600U);
     EXPECT_EQ(ModeOf(Path("b.txt")), 0755U);
@@ -263,7 +255,7 @@ TEST_F(PosixFilesTest, NothingIsLostOnADiskThatIsFullOrLocked)
     if (std::system("unshare --map-root-user --mount mount -t tmpfs none /tmp") != 0)
         GTEST_SKIP() << "no right to mount";
     const auto fill = [this](int count, std::size_t size) {
-        Read();
+        files.List(folder);
         fs::create_directory(Path("fill"));
         for (int i = 0; i < count; ++i) std::ofstream(Path("fill/") + std::to_string(i)) << std::string(size, 'x');
     };
@@ -311,7 +303,7 @@ TEST_F(PosixFilesTest, CopiesThatAreKilledLeaveEachRecordWholeAndNothingElse)
             frmBrowser::ReadRecordItem(Program().lvwPermanent.Item(i), record);
             EXPECT_EQ(record, recordOf(std::atoi(record.Session.c_str())));
         }
-        EXPECT_EQ(Read().size(), kRecords * (1 + kOthers));
+        EXPECT_EQ(files.List(folder).size(), kRecords * (1 + kOthers));
     };
     for (int n = 0; n < kRecords; ++n) write(n);
     std::mt19937 instants(1);

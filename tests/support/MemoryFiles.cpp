@@ -1,7 +1,6 @@
 #include "tests/support/MemoryFiles.h"
 
 #include "platform/text/CodePage.h"
-#include "platform/text/Search.h"
 #include "shell/frmBrowser.h"
 #include "tests/support/Faults.h"
 
@@ -23,33 +22,24 @@ void MemoryFiles::MakeFolder(const std::string& path)
     Folders.insert(path);
 }
 
-std::unique_ptr<FolderReader> MemoryFiles::ReadFolder(const std::string& folder, const std::string& ending)
+std::vector<std::string> MemoryFiles::List(const std::string& folder)
 {
-    struct Reader : FolderReader {
-        std::optional<File> Next() override
-        {
-            if (left.empty()) return std::nullopt;
-            const std::string path = left.front();
-            left.pop_front();
-            const bool isWanted = EqualIgnoringCase(path.substr(path.rfind('.')), wanted);
-            if (isWanted) MayFail<FileError>();
-            if (isWanted && disk->Locked.contains(path)) throw FileError("cannot read " + path);
-            return File{path.substr(path.rfind('/') + 1), isWanted ? disk->Texts[path] : ""};
-        }
-
-        MemoryFiles* disk = nullptr;
-        std::string wanted;
-        std::deque<std::string> left;
-    };
     MayFail<FileError>();
     if (!Folders.contains(folder)) throw FileError("no folder " + folder);
-    auto reader = std::make_unique<Reader>();
-    reader->disk = this;
-    reader->wanted = ending;
+    std::vector<std::string> names;
     for (const auto& [path, text] : Texts) {
-        if (path.substr(0, path.rfind('/')) == folder) reader->left.push_back(path);
+        const auto name = path.rfind('/') + 1;
+        if (path.substr(0, name - 1) == folder) names.push_back(path.substr(name));
     }
-    return reader;
+    return names;
+}
+
+std::string MemoryFiles::Read(const std::string& path)
+{
+    MayFail<FileError>();
+    const auto found = Texts.find(path);
+    if (found == Texts.end() || Locked.contains(path)) throw FileError("cannot read " + path);
+    return found->second;
 }
 
 void MemoryFiles::Write(const std::string& path, const std::string& bytes)

@@ -24,7 +24,8 @@ public:
     bool Exists(const std::string& path) override;
     void MakeFolder(const std::string& path) override;
     bool CanWrite(const std::string& folder) override;
-    std::unique_ptr<FolderReader> ReadFolder(const std::string& folder, const std::string& ending) override;
+    std::vector<std::string> List(const std::string& folder) override;
+    std::string Read(const std::string& path) override;
     void Write(const std::string& path, const std::string& bytes) override;
     void Delete(const std::string& path) override;
 
