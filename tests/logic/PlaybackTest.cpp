@@ -1,3 +1,5 @@
+#include <malloc.h>
+
 #include "tests/support/LogicHarness.h"
 
 namespace velmora::test {
@@ -188,6 +190,37 @@ TEST_F(Playback, AutoClickTakesTheFirstImageButtonBehindARecordedText)
         EXPECT_EQ(did.size() > 1 ? did[1] : "", clicked.empty() ? "" : "click " + clicked) << what;
         EXPECT_EQ(Status(), clicked.empty() || clicked.ends_with('!') ? kUnable : "") << what;
     }
+}
+
+#ifdef __SANITIZE_ADDRESS__
+// The sanitizer's own allocator is not mallinfo2's.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
+std::size_t BytesInUse() { return __sanitizer_get_current_allocated_bytes(); }
+#else
+std::size_t BytesInUse() { return mallinfo2().uordblks; }
+#endif
+
+TEST_F(Playback, ADayOfFillingAndRecordingLeavesNothingBehindButTheRecords)
+{
+    KeepLogin();
+    RestartWithoutPrompt();
+    Pick(Program().mnuManualClick);
+    Switch(Program().mnuAutoRecord, true);
+    const auto visit = [&] {
+        Go(kLogin);
+        ASSERT_EQ(Journal(), Lines{"user := anna"});
+        Go("http://h/check.cgi");
+        dialogs.Answers = {Answer::No};
+        Send("http://h/next.cgi", "city=Rome");
+        ASSERT_EQ(Program().ListView1.Count(), 1);
+        Program().ListView1.Remove(Program().ListView1.Item(1));
+        Shown();
+        Engine().Visited.clear();
+    };
+    for (int i = 0; i < 100; ++i) visit();
+    const std::size_t before = BytesInUse();
+    for (int i = 0; i < 5000; ++i) visit();
+    EXPECT_LT(BytesInUse(), before + 1000) << "bytes for 10,000 navigations";
 }
 
 }  // namespace velmora::test
