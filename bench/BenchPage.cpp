@@ -59,18 +59,18 @@ gboolean BenchPage::NoteArrival(GSignalInvocationHint*, guint, const GValue* val
     return TRUE;
 }
 
-std::chrono::duration<double> BenchPage::Load(const std::string& path)
+std::chrono::duration<double> BenchPage::Load(const std::string& path, const std::string& last)
 {
     bool isDone = false;
     Clock::time_point handled;
-    const std::string wanted = server_.Url(path);
+    const std::string wanted = server_.Url(last);
     const std::function<void(const std::string&)> watch = [&](const std::string& url) {
         handled = Clock::now();
         isDone = url == wanted;
         if (!isDone) completed_ = watch;
     };
     completed_ = watch;
-    Form().txtUrl.Text = wanted;
+    Form().txtUrl.Text = server_.Url(path);
     Form().cmdPlayback_Click();
     RunUntil([&] { return isDone; });
     return handled - arrived_;

@@ -45,9 +45,10 @@ public:
     WebKitWebView* View() { return program_.Engine().View(); }
     test::WebServer& Server() { return server_; }
 
-    /// Loads a page by Go. Gives the time from the arrival of the event DocumentComplete to the end of
-    /// the program's handler.
-    std::chrono::duration<double> Load(const std::string& path);
+    /// Loads a page by Go, which may lead on to another. Gives the time from the arrival of the event
+    /// DocumentComplete to the end of the program's handler.
+    std::chrono::duration<double> Load(const std::string& path) { return Load(path, path); }
+    std::chrono::duration<double> Load(const std::string& path, const std::string& last);
 
     /// Draws the window anew and lets events run until that is on the screen.
     void AwaitPicture();
