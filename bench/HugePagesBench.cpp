@@ -38,6 +38,9 @@ constexpr HugePage kPages[] = {
     {"Frames300",
      "document.body.insertAdjacentHTML('beforeend', '<iframe srcdoc=\"<form><input name=b></form>\"></iframe>'"
      ".repeat(3e2))"},
+    {"Frames1000",
+     "document.body.insertAdjacentHTML('beforeend', '<iframe srcdoc=\"<form><input name=b></form>\"></iframe>'"
+     ".repeat(1e3))"},
     {"Names1MB",
      "for (let i = 0; i < 5; ++i) form.append(Object.assign(document.createElement('input'),"
      "{ name: i + 'x'.repeat(1e6) }))"},

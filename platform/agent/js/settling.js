@@ -89,12 +89,15 @@
 
   /** The frames that the user sees and whose documents the page may read finish before the page does. */
   function hasUnfinishedFrames() {
+    const frames = dom.select("iframe,frame");
+    // Once for all frames: to the engine each of these is a walk along them.
+    const windows = frames.length > 0 ? Array.from({ length: window.length }, (_, i) => window[i]) : [];
     const isUnfinished = (frame) => {
-      const index = Array.from({ length: window.length }, (_, i) => i).find((i) => window[i] === frame.contentWindow);
-      const isEmpty = index === undefined || forms.agentInside(index)?.isFinished() !== false;
+      const index = windows.indexOf(frame.contentWindow);
+      const isEmpty = index < 0 || forms.agentInside(index)?.isFinished() !== false;
       return !isEmpty && frame.checkVisibility();
     };
-    return dom.select("iframe,frame").some(isUnfinished);
+    return frames.some(isUnfinished);
   }
 
   const isBusy = () => hasUnfinishedFrames() || (underWay.length > 0 && !hasFields());
