@@ -43,7 +43,8 @@ AgentChannel::~AgentChannel()
 
 bool AgentChannel::ServeInPage()
 {
-    if (!SendPending()) return false;
+    // The scripts may come to this while a write is served: what else is there has to wait for its end.
+    if (isServing_ || !SendPending()) return false;
     while (WaitFor(descriptor_, POLLIN, Clock::now() + kTurnPause)) {
         const auto operation = NextOperation();
         if (operation == wire::kWrite) {
@@ -94,11 +95,14 @@ bool AgentChannel::ServeOne()
     return header.operation == wire::kDone || Send(header, answer);
 }
 
-AgentChannel::Answer AgentChannel::Try(const wire::RequestHeader& header, const std::string& body) const
+AgentChannel::Answer AgentChannel::Try(const wire::RequestHeader& header, const std::string& body)
 {
     const bool isAsTold = header.document == toldDocument_ && header.revision == toldRevision_;
     if (header.revision != 0 && !isAsTold) return {.outcome = wire::kPassedOver, .body = {}};
-    return serve_(header, body);
+    isServing_ = true;
+    Answer answer = serve_(header, body);
+    isServing_ = false;
+    return answer;
 }
 
 bool AgentChannel::Receive(wire::RequestHeader& header, std::string& body)

@@ -44,7 +44,7 @@ private:
     bool ServeBurst();
     bool ServeOne();
     /// Serves a request, or passes it over.
-    Answer Try(const wire::RequestHeader& header, const std::string& body) const;
+    Answer Try(const wire::RequestHeader& header, const std::string& body);
     bool Receive(wire::RequestHeader& header, std::string& body);
     bool Send(const wire::RequestHeader& request, const Answer& answer);
     bool SendPending();
@@ -60,6 +60,7 @@ private:
     // What the last answer told; the revision is 0 if it was a refusal.
     wire::DocumentName toldDocument_;
     std::uint64_t toldRevision_ = 0;
+    bool isServing_ = false;
     guint source_ = 0;
 };
 

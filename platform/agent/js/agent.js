@@ -117,13 +117,14 @@
     });
   }
 
-  // The last submit event and its form: an event forgets its target when it has run in a shadow root.
-  let lastSubmit = { event: null, form: null };
+  // The last submit event, its form (an event forgets its target when it has run in a shadow root) and what was sent.
+  const kNoSubmit = { event: null, form: null, formData: null };
+  let lastSubmit = kNoSubmit;
 
   dom.keepInside("submit", (event) => {
-    lastSubmit = { event, form: event.target };
+    lastSubmit = { event, form: event.target, formData: null };
     clock.after(0, () => {
-      if (lastSubmit.event === event) lastSubmit = { event: null, form: null };
+      if (lastSubmit.event === event) lastSubmit = kNoSubmit;
     });
   });
 
@@ -143,8 +144,11 @@
   const kNoForm = { form: null, acts: 0 };
   let justSubmitted = kNoForm;
 
-  function isEcho(form) {
-    if (!isSubmitted(form)) return form === justSubmitted.form && acts === justSubmitted.acts;
+  function isEcho({ target: form, formData }) {
+    // The first entries that the engine gathers for a submit event are those that it sends.
+    const isSent = isSubmitted(form) && (lastSubmit.formData ?? formData) === formData;
+    if (!isSent) return form === justSubmitted.form && acts === justSubmitted.acts;
+    lastSubmit.formData = formData;
     const submitted = { form, acts };
     justSubmitted = submitted;
     clock.after(kEcho, () => {
@@ -160,7 +164,7 @@
   let lastFacts = { formData: null, packed: "" };
 
   const tellFormData = dom.guarded((event) => {
-    if (isEcho(event.target)) return;
+    if (isEcho(event)) return;
     const facts = describeSent(event.target, submitterOf(event.target), event.formData, false);
     if (facts[1] === "dialog") return; // closes a dialog of the page, goes nowhere
     facts.push(forms.handleOf(event.target));
@@ -174,7 +178,7 @@
   // told as they are at first, and again if they differ after the listeners of any of these places:
   // the program takes the last.
   dom.keepInside("formdata", (event) => {
-    if (!isEcho(event.target)) forms.goesOut(event.target);
+    if (!isEcho(event)) forms.goesOut(event.target);
     tellFormData(event);
     for (const place of [event.target, dom.rootOf(event.target), window]) {
       dom.unlisten(place, "formdata", tellFormData); // to come after those that were added since
