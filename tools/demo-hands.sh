@@ -33,7 +33,7 @@ wait_until() {
 steps=0
 step() {
     steps=$((steps + 1))
-    picture_at_rest demo/rest "$page"
+    picture_at_rest demo/rest "$page" 3
     rm -f demo/rest.png
     local number
     number=$(printf '%02d' "$steps")
@@ -71,7 +71,7 @@ picture_of() {
 # same_picture <file> <file>: whether they are alike; the engine draws a letter a shade lighter now and then.
 same_picture() { compare -fuzz 1% -metric AE "$1" "$2" null: 2>/dev/null; }
 
-# stands_still <file> <piece>: whether a piece looks as it did at the last three calls.
+# stands_still <file> <piece> <looks>: whether a piece has looked the same for so many calls in a row.
 still=0
 stands_still() {
     picture_of "$1.png" "$2"
@@ -80,16 +80,17 @@ stands_still() {
     else
         still=0
     fi
-    ((still < 3)) || return 0
+    ((still < $3)) || return 0
     mv "$1.png" "$1-before.png"
     return 1
 }
 
-# picture_at_rest <file> <piece>: the picture of a piece once it has stopped changing.
+# picture_at_rest <file> <piece> [looks]: the picture of a piece once it has stopped changing. A text cursor blinks too
+# fast for more than one look.
 picture_at_rest() {
     rm -f "$1.png" "$1-before.png"
     still=0
-    wait_until "a page that stands still" stands_still "$1" "$2"
+    wait_until "a page that stands still" stands_still "$1" "$2" "${3:-1}"
     rm -f "$1-before.png"
 }
 
