@@ -274,6 +274,7 @@ std::string PosixFiles::Read(const std::string& path)
     try {
         if (IsNextAhead(path)) {
             bytes = ahead_->Take();
+            if (!ahead_->Next()) ahead_.reset();
         } else {
             ahead_.reset();
             isThere = AppendFile(bytes, AT_FDCWD, {DiskPath(path), false});
