@@ -226,6 +226,7 @@ std::vector<std::string> PosixFiles::List(const std::string& folder)
     unseen_.erase(place);
     std::sort(files.begin(), files.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
     std::vector<std::string> names;
+    names.reserve(files.size());
     for (const ListedFile& file : files) names.push_back(file.name);
     std::erase_if(files, [](const ListedFile& file) { return !IsRecord(file.name); });
     folderAhead_ = folder;
