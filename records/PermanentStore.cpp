@@ -38,7 +38,7 @@ std::vector<std::string> frmBrowser::ListSessionFolder()
         // Whatever stands in the way, what the user has to know is the same.
     }
     platform_.dialogs.MsgBox("The session folder cannot be used: " + gstrSessionPath +
-                                 "\nRecords will not be kept. Make the folder yours to list and to write, then start "
+                                 "\nRecords will not be kept. Make it a folder that you may list and write, then start "
                                  "Velmora again.",
                              Buttons::Ok, Icon::Exclamation);
     return files;

@@ -114,7 +114,7 @@ protected:
         strike();
         StartCopy();
         const std::string notice = "The session folder cannot be used: " + folder +
-                                   "\nRecords will not be kept. Make the folder yours to list and to write, then "
+                                   "\nRecords will not be kept. Make it a folder that you may list and write, then "
                                    "start Velmora again. (!)";
         std::string told = Shown() == Lines{notice} ? "told: " : "";
         const auto attempt = [&](const char* what, const std::function<void()>& change) {
