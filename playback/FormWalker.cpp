@@ -86,12 +86,13 @@ std::shared_ptr<Form> frmBrowser::WalkForms(const std::string& mode, Document& d
 bool frmBrowser::WalkElements(const std::string& mode, Form& form)
 {
     const int elements = form.Length();
-    std::string recorded;
+    std::string first;
     // Several forms of a page may go to one address: the first element tells the recorded one.
-    if (elements > 0 && !GetFieldValue(LowerCase(form.Elements(0)->Name()), recorded)) return false;
+    if (elements > 0 && !GetFieldValue(LowerCase(form.Elements(0)->Name()), first)) return false;
     const auto visit = [&](Element& element) {
         const ElementKind kind = KindOf(element.Type());
         const std::string name = LowerCase(element.Name());
+        std::string recorded;
         GetFieldValue(name, recorded);
         if (mode == kWrite) {
             WriteElement(element, kind, name, recorded);

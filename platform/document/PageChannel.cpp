@@ -33,9 +33,8 @@ constexpr std::chrono::milliseconds kBreath{5};
 // An answer is taken in pieces of this size, so that a length that lies costs no memory.
 constexpr std::size_t kPiece = std::size_t{1} << 20;
 
-// Writes that are sent before the first is answered. Beyond that little is won, and a page that is slow at each has
-// them all done when its time is over.
-constexpr std::size_t kMostAtOnce = 16;
+/// Until when a page may take over what is next, if all its time has this end.
+Clock::time_point NextDeadline(Clock::time_point end) { return std::min(end, Clock::now() + kLongestWait); }
 
 /// A request as it goes over the wire.
 std::string Message(const wire::DocumentName& document, wire::Operation operation, const std::string& body,
@@ -111,12 +110,12 @@ std::size_t PageChannel::WriteAll(const wire::DocumentName& document,
             messages += Message(document, wire::kWrite, wire::Pack(requests[i]), i == 0 ? 0 : revision);
         }
         Breathe();
-        Send(messages, std::min(end, Clock::now() + kLongestWait));
+        Send(messages, NextDeadline(end));
         // Each is answered, also one that is not tried. After a refusal none is.
         const std::size_t before = done;
         std::optional<Answer> refusal;
         for (std::size_t i = 0; i < sent; ++i) {
-            Answer answer = Receive(document, std::min(end, Clock::now() + kLongestWait));
+            Answer answer = Receive(document, NextDeadline(end));
             if (answer.outcome == wire::kServed) ++done;
             const bool isTried = answer.outcome != wire::kPassedOver || before + i == 0;
             if (answer.outcome != wire::kServed && isTried && !refusal) refusal = std::move(answer);
@@ -137,7 +136,7 @@ void PageChannel::Click(const wire::DocumentName& document, const std::string& h
 void PageChannel::Pause(Clock::duration time)
 {
     const Use use(*time_);
-    wait_(descriptor_, POLLIN, std::min({EndOfTime(), Clock::now() + kLongestWait, Clock::now() + time}));
+    wait_(descriptor_, POLLIN, std::min(NextDeadline(EndOfTime()), Clock::now() + time));
 }
 
 DocumentVersion PageChannel::Version(const wire::DocumentName& document) const
@@ -148,7 +147,7 @@ DocumentVersion PageChannel::Version(const wire::DocumentName& document) const
 
 std::string PageChannel::Request(const wire::DocumentName& document, wire::Operation operation, const std::string& body)
 {
-    const auto deadline = std::min(EndOfTime(), Clock::now() + kLongestWait);
+    const auto deadline = NextDeadline(EndOfTime());
     Breathe();
     Send(Message(document, operation, body), deadline);
     // In a read no script of the page runs, which could ask the engine something: the main loop need not run

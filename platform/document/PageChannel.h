@@ -63,6 +63,9 @@ public:
     }
     /// A write: the page's own handlers run before it returns.
     void Write(const wire::DocumentName& document, const std::vector<std::string>& request);
+    /// Writes that are sent before the first is answered. Beyond that little is won, and a page that is slow at each
+    /// has them all done when its time is over.
+    static constexpr std::size_t kMostAtOnce = 16;
     /// Several writes, without a trip for each: the next begins when the page's handlers for the last have run. Once
     /// one has changed the structure, those after it are not tried. Gives how many were; at least the first is.
     std::size_t WriteAll(const wire::DocumentName& document, const std::vector<std::vector<std::string>>& requests);

@@ -21,9 +21,6 @@ constexpr std::uint64_t kMostFrames = 1000;
 constexpr std::chrono::seconds kLongestDisabled{3};
 constexpr std::chrono::milliseconds kPause{20};
 
-// Writes that are kept to go together; as many as go at once do.
-constexpr std::size_t kMostHeld = 16;
-
 /// Whether an element's value is its attribute (HTML, "value mode": default and default/on), so that
 /// only a change of the structure can change it.
 bool HoldsValueInMarkup(const std::string& type)
@@ -258,7 +255,7 @@ public:
     {
         const int count = Length();
         // A page that changes its structure at each write gets one at a time.
-        std::size_t most = kMostHeld;
+        std::size_t most = PageChannel::kMostAtOnce;
         for (int j = 0; j < count;) {
             std::exception_ptr failure;
             elements_->Hold();
@@ -274,7 +271,7 @@ public:
             const auto changed = elements_->Release();
             if (!changed && failure) std::rethrow_exception(failure);
             j = changed.value_or(j);
-            most = changed ? 1 : std::min(2 * most, kMostHeld);
+            most = changed ? 1 : std::min(2 * most, PageChannel::kMostAtOnce);
         }
     }
 

@@ -117,12 +117,12 @@
     });
   }
 
-  // The last submit event, its form (an event forgets its target when it has run in a shadow root) and what was sent.
-  const kNoSubmit = { event: null, form: null, formData: null };
+  // The last submit event and its form: an event forgets its target when it has run in a shadow root.
+  const kNoSubmit = { event: null, form: null };
   let lastSubmit = kNoSubmit;
 
   dom.keepInside("submit", (event) => {
-    lastSubmit = { event, form: event.target, formData: null };
+    lastSubmit = { event, form: event.target };
     clock.after(0, () => {
       if (lastSubmit.event === event) lastSubmit = kNoSubmit;
     });
@@ -141,20 +141,19 @@
   // not what is sent: newer engines do so once more for the page's own eyes when the navigation begins.
   const kEcho = 5000;
 
-  const kNoForm = { form: null, acts: 0 };
-  let justSubmitted = kNoForm;
+  const kNothing = { event: null, form: null, formData: null, acts: 0 };
+  let justSent = kNothing;
 
   function isEcho({ target: form, formData }) {
+    const { event } = lastSubmit;
     // The first entries that the engine gathers for a submit event are those that it sends.
-    const isSent = isSubmitted(form) && (lastSubmit.formData ?? formData) === formData;
-    if (!isSent) return form === justSubmitted.form && acts === justSubmitted.acts;
-    lastSubmit.formData = formData;
-    const submitted = { form, acts };
-    justSubmitted = submitted;
-    clock.after(kEcho, () => {
-      if (justSubmitted === submitted) justSubmitted = kNoForm;
-    });
-    return false;
+    if (isSubmitted(form) && justSent.event !== event) {
+      justSent = { event, form, formData, acts };
+      clock.after(kEcho, () => {
+        if (justSent.event === event) justSent = kNothing;
+      });
+    }
+    return form === justSent.form && acts === justSent.acts && formData !== justSent.formData;
   }
 
   /** What the program is told of a form that goes out, and whether it has not been told of the form before. */
