@@ -63,6 +63,7 @@ bool frmBrowser::AddRecordItem(ListView& table, const RecordItem& record)
 {
     const auto isFree = [&](const std::string& key) { return !key.empty() && !table.Find(key); };
     std::vector<KeyedText> subItems;
+    subItems.reserve(std::size(kRecordFields));
     for (const RecordField& field : kRecordFields) {
         if (!IsMainText(field)) subItems.push_back({field.name, record.*field.text});
     }

@@ -56,9 +56,10 @@ std::string frmBrowser::BuildHomeXml(const std::string& home)
 
 void frmBrowser::ParseSessionXml(const std::string& text, RecordItem& record)
 {
-    record.Type = GetXmlElement(text, "Type");
-    if (record.Type == kTypeHome) return;
-    for (const RecordField& field : kRecordFields) record.*field.text = GetXmlElement(text, field.name);
+    for (const RecordField& field : kRecordFields) {
+        record.*field.text = GetXmlElement(text, field.name);
+        if (record.Type == kTypeHome) return;
+    }
     if (record.Type.empty()) record.Type = kTypeForm;
 }
 
@@ -90,9 +91,9 @@ std::string frmBrowser::SessionFilePath(const std::string& Url)
 bool frmBrowser::ReadTextFile(const std::string& path, std::string& text)
 {
     try {
-        const std::string bytes = platform_.files.Read(path);
+        std::string bytes = platform_.files.Read(path);
         if (bytes.empty()) return false;
-        text = TextOfBytes(bytes);
+        text = TextOfBytes(std::move(bytes));
         return true;
     } catch (const std::exception&) {
         return false;

@@ -36,6 +36,7 @@ std::string KeptKey(const std::string& key, const std::vector<std::string_view>&
 PackedTexts Packed(const std::string& key, std::string_view text, const std::vector<KeyedText>& subItems)
 {
     std::vector<std::string_view> texts{{}, text};
+    texts.reserve(texts.size() + subItems.size());
     for (const KeyedText& item : subItems) texts.push_back(item.text);
     const std::string kept = KeptKey(key, texts);
     texts[kKeptKey] = kept;

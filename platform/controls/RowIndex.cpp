@@ -63,7 +63,7 @@ std::uint32_t RowIndex::HashOf(const std::string& text)
 
 std::size_t RowIndex::SlotOf(std::uint32_t hash) const
 {
-    std::size_t i = hash % slots_.rows.size();
+    std::size_t i = Wrapped(hash);
     while (slots_.rows[i] && slots_.hashes[i] != hash) i = Next(i);
     return i;
 }
@@ -73,10 +73,9 @@ void RowIndex::Empty(std::size_t slot)
     --taken_;
     slots_.rows[slot] = nullptr;
     // What stands after it and was pushed on by it moves up, so that a search does not end at the gap.
-    const std::size_t size = slots_.rows.size();
     for (std::size_t i = Next(slot); slots_.rows[i]; i = Next(i)) {
-        const std::size_t home = slots_.hashes[i] % size;
-        if ((i + size - home) % size < (i + size - slot) % size) continue;
+        const std::size_t home = Wrapped(slots_.hashes[i]);
+        if (Wrapped(i - home) < Wrapped(i - slot)) continue;
         slots_.rows[slot] = std::exchange(slots_.rows[i], nullptr);
         slots_.hashes[slot] = slots_.hashes[i];
         slot = i;

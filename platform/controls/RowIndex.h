@@ -35,7 +35,9 @@ private:
     };
 
     static std::uint32_t HashOf(const std::string& text);
-    std::size_t Next(std::size_t i) const { return (i + 1) % slots_.rows.size(); }
+    /// The slot of a number that counts on behind the last; the slots are as many as a power of two.
+    std::size_t Wrapped(std::size_t i) const { return i & (slots_.rows.size() - 1); }
+    std::size_t Next(std::size_t i) const { return Wrapped(i + 1); }
     /// The slot of a hash, or the free one that it would take. There must be slots.
     std::size_t SlotOf(std::uint32_t hash) const;
     void Empty(std::size_t slot);

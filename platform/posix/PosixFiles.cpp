@@ -250,7 +250,7 @@ std::vector<ListedFile> PosixFiles::ListPlace(const std::string& place)
         const dirent* entry = ::readdir(listing.get());
         if (!entry && errno != 0) Fail("cannot list", place, errno);
         if (!entry) return files;
-        const std::string name = entry->d_name;
+        std::string name = entry->d_name;
         if (IsTemporary(name)) {
             RemoveLeftover(place + "/" + name);
             continue;
@@ -264,7 +264,7 @@ std::vector<ListedFile> PosixFiles::ListPlace(const std::string& place)
             if (errno != ENOENT) unseen_.insert(place + "/" + name);
             continue;
         }
-        if (isPlain || S_ISREG(status.st_mode)) files.push_back({name, isPlain});
+        if (isPlain || S_ISREG(status.st_mode)) files.push_back({std::move(name), isPlain});
     }
 }
 
@@ -292,7 +292,8 @@ std::string PosixFiles::Read(const std::string& path)
 bool PosixFiles::IsNextAhead(const std::string& path) const
 {
     const ListedFile* const next = ahead_ ? ahead_->Next() : nullptr;
-    return next && path == folderAhead_ + "/" + next->name;
+    if (!next || path.size() != folderAhead_.size() + 1 + next->name.size()) return false;
+    return path.starts_with(folderAhead_) && path[folderAhead_.size()] == '/' && path.ends_with(next->name);
 }
 
 void PosixFiles::Write(const std::string& path, const std::string& bytes)

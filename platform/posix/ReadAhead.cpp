@@ -15,7 +15,7 @@ namespace {
 
 /// Bytes that wait to be taken, but for one batch more; and what makes a batch, but for one file more.
 constexpr std::size_t kMostBytesAhead = std::size_t{1} << 20;
-constexpr std::size_t kBytesOfBatch = std::size_t{32} << 10;
+constexpr std::size_t kBytesOfBatch = std::size_t{16} << 10;
 constexpr std::size_t kFilesOfBatch = 64;
 
 /// Appends the bytes of an open file. Fails for anything but a plain one of at most kMaxBytes.

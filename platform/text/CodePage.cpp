@@ -31,19 +31,12 @@ std::optional<unsigned char> CodeOfCharacter(char32_t character)
     return static_cast<unsigned char>(0x80 + (hit - std::begin(kUpperControls)));
 }
 
-std::string TextOfBytes(std::string_view bytes)
+std::string TextOfBytes(std::string bytes)
 {
-    const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
-    if (std::all_of(bytes.begin(), bytes.end(), isAscii)) return std::string(bytes);
+    if (IsAscii(bytes)) return bytes;
     std::string text;
     text.reserve(bytes.size());
-    for (const char byte : bytes) {
-        if (isAscii(byte)) {
-            text += byte;
-        } else {
-            AppendCharacter(text, CharacterOfCode(static_cast<unsigned char>(byte)));
-        }
-    }
+    for (const char byte : bytes) AppendCharacter(text, CharacterOfCode(static_cast<unsigned char>(byte)));
     return text;
 }
 

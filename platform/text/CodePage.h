@@ -15,7 +15,7 @@ char32_t CharacterOfCode(unsigned char code);
 std::optional<unsigned char> CodeOfCharacter(char32_t character);
 
 /// The UTF-8 text of bytes in the code page, one character for each byte.
-std::string TextOfBytes(std::string_view bytes);
+std::string TextOfBytes(std::string bytes);
 
 /// The bytes of a text in the code page; "?" for a character that it does not hold.
 std::string BytesOfText(std::string_view text);

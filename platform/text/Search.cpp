@@ -57,13 +57,14 @@ char32_t LowerCaseCharacter(char32_t character)
 std::string LowerCase(std::string_view text)
 {
     std::string lower;
+    if (IsAscii(text)) {
+        lower = text;
+        std::transform(lower.begin(), lower.end(), lower.begin(), FoldAscii);
+        return lower;
+    }
     lower.reserve(text.size());
     for (std::size_t position = 0; position < text.size();) {
-        if (IsAscii(text[position])) {
-            lower += FoldAscii(text[position++]);
-        } else {
-            AppendCharacter(lower, LowerCaseCharacter(NextCharacter(text, position)));
-        }
+        AppendCharacter(lower, LowerCaseCharacter(NextCharacter(text, position)));
     }
     return lower;
 }

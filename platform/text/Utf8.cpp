@@ -1,5 +1,7 @@
 #include "platform/text/Utf8.h"
 
+#include <cstdint>
+#include <cstring>
 #include <optional>
 
 #include "platform/text/CodePage.h"
@@ -79,6 +81,19 @@ std::vector<char32_t> CharactersOf(std::string_view text)
     characters.reserve(text.size());
     for (std::size_t position = 0; position < text.size();) characters.push_back(NextCharacter(text, position));
     return characters;
+}
+
+bool IsAscii(std::string_view text)
+{
+    constexpr std::uint64_t kHighBits = 0x8080808080808080;
+    std::uint64_t bits = 0;
+    for (; text.size() >= sizeof bits; text.remove_prefix(sizeof bits)) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, text.data(), sizeof word);
+        bits |= word;
+    }
+    for (const char c : text) bits |= static_cast<unsigned char>(c);
+    return (bits & kHighBits) == 0;
 }
 
 bool IsAsciiLetterOrDigit(char32_t character)

@@ -18,6 +18,9 @@ void AppendCharacter(std::string& text, char32_t character);
 /// The characters of a text.
 std::vector<char32_t> CharactersOf(std::string_view text);
 
+/// Whether a text holds nothing but ASCII, as nearly all do: each character is one byte then.
+bool IsAscii(std::string_view text);
+
 /// Whether the character is a plain letter, "a" to "z" or "A" to "Z", or a digit.
 bool IsAsciiLetterOrDigit(char32_t character);
 
