@@ -99,7 +99,7 @@ public:
     virtual int FormsLength() = 0;
     virtual std::shared_ptr<Form> Forms(int i) = 0;
     /// The markup of the document as far as it matters here, as UTF-8: the tags of its forms, one after
-    /// the other in document order, each with its action, spelled as Form::Action spells it, and its id.
+    /// the other as Forms lists them, each with its action, spelled as Form::Action spells it, and its id.
     /// No value stands in quotes or holds a blank that the engine would announce otherwise.
     virtual std::string InnerHtml() = 0;
     /// All elements of a tag in the order of the document. The name is not case-sensitive.

@@ -51,11 +51,17 @@ bool AgentChannel::ServeInPage()
             wire::RequestHeader header{};
             std::string body;
             if (!Receive(header, body)) return false;
-            pending_ = Try(header, body);
-            pendingRequest_ = header;
-            return true;
+            Answer answer = Try(header, body);
+            // A write that changed nothing has had no part of the page run.
+            if (!answer.body.empty()) {
+                pending_ = std::move(answer);
+                pendingRequest_ = header;
+                return true;
+            }
+            if (!Send(header, answer)) return false;
+        } else if (operation != wire::kRead || !ServeOne()) {
+            return false;
         }
-        if (operation != wire::kRead || !ServeOne()) return false;
     }
     return false;
 }

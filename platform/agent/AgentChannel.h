@@ -29,9 +29,9 @@ public:
     AgentChannel(int descriptor, Serve serve, Revision revision, std::function<void()> closed);
     ~AgentChannel();
 
-    /// Waits a moment for requests and serves them, up to and including the first write, from inside a
-    /// document's last event: what the engine does after it, the layout of the whole page, can take
-    /// long, and the program stands still until it has its answers. True after a write: its answer
+    /// Waits a moment for requests and serves them, up to and including the first write at which anything of
+    /// the page ran, from inside a document's last event: what the engine does after it, the layout of the whole page, can take
+    /// long, and the program stands still until it has its answers. True after such a write: its answer
     /// goes out with the next call, which is to come when the page's own promises have run. False
     /// when there is nothing more to serve here.
     bool ServeInPage();

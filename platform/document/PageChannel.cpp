@@ -25,6 +25,9 @@ constexpr std::chrono::seconds kLongestSinceAct{20};
 // A read of the largest forms takes less.
 constexpr std::chrono::milliseconds kUsualRead{100};
 
+// A page waits at least this long for the next request of a turn (kTurnPause of the agent is twice as much).
+constexpr std::chrono::milliseconds kSurelyStill{10};
+
 // Many quick answers in a row hold the window as one slow answer does. After so long its events come in for
 // a moment.
 constexpr std::chrono::milliseconds kLongestHold{100};
@@ -79,6 +82,7 @@ void PageChannel::BeginTurn()
 {
     time_->turn = {};
     heldSince_ = Clock::now();
+    answeredAt_ = {};
     revisions_.clear();
 }
 
@@ -139,6 +143,8 @@ void PageChannel::Pause(Clock::duration time)
     wait_(descriptor_, POLLIN, std::min(NextDeadline(EndOfTime()), Clock::now() + time));
 }
 
+bool PageChannel::HasJustAnswered() const { return Clock::now() - answeredAt_ < kSurelyStill; }
+
 DocumentVersion PageChannel::Version(const wire::DocumentName& document) const
 {
     const auto known = revisions_.find(document.number);
@@ -192,6 +198,7 @@ PageChannel::Answer PageChannel::Receive(const wire::DocumentName& document, Clo
         }
     }
     revisions_[document.number] = header.revision;
+    answeredAt_ = Clock::now();
     return {header.outcome, std::move(text)};
 }
 

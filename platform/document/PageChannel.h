@@ -63,9 +63,9 @@ public:
     }
     /// A write: the page's own handlers run before it returns.
     void Write(const wire::DocumentName& document, const std::vector<std::string>& request);
-    /// Writes that are sent before the first is answered. Beyond that little is won, and a page that is slow at each
-    /// has them all done when its time is over.
-    static constexpr std::size_t kMostAtOnce = 16;
+    /// Writes that are sent before the first is answered: as many as a record has fields, as a rule. A page whose time
+    /// is over hears of it at the next of them.
+    static constexpr std::size_t kMostAtOnce = 64;
     /// Several writes, without a trip for each: the next begins when the page's handlers for the last have run. Once
     /// one has changed the structure, those after it are not tried. Gives how many were; at least the first is.
     std::size_t WriteAll(const wire::DocumentName& document, const std::vector<std::vector<std::string>>& requests);
@@ -74,6 +74,10 @@ public:
 
     /// Lets time pass, in which the page and the main loop run; counted as the page's time.
     void Pause(Clock::duration time);
+
+    /// Whether the page has answered in this turn, and so lately that it waits for what is asked next: it stands as it
+    /// was read.
+    bool HasJustAnswered() const;
 
     DocumentVersion Version(const wire::DocumentName& document) const;
 
@@ -109,6 +113,7 @@ private:
     int descriptor_ = -1;
     int agentEnd_ = -1;
     Clock::time_point heldSince_;  ///< When the main loop last came to its other events, as far as is known.
+    Clock::time_point answeredAt_;  ///< In this turn.
     std::uint64_t writes_ = 0;
     std::map<std::uint64_t, std::uint64_t> revisions_;  ///< By the number of the document, for this turn.
 };

@@ -78,17 +78,13 @@ const char* NameOf(FormOrder::Kind kind)
     return kKinds[static_cast<int>(kind)];
 }
 
-/// A request for forms in an order.
-std::vector<std::string> RequestFor(const char* what, const FormOrder& order)
+/// The tag of a form. Neither its action nor its id holds a blank or a ">".
+std::string TagOf(const FormFacts& form)
 {
-    std::vector<std::string> request{what, NameOf(order.kind)};
-    request.insert(request.end(), order.handles.begin(), order.handles.end());
-    return request;
-}
-
-std::string MarkupOf(const DocumentLink& link, const FormOrder& order)
-{
-    return link.Read(RequestFor("markup", order), [](wire::Reader& reader) { return reader.Text(); });
+    const auto attribute = [](const char* name, const std::string& value) {
+        return value.empty() ? std::string() : std::string(" ") + name + "=" + value;
+    };
+    return "<form" + attribute("action", form.action) + attribute("id", form.id) + " >";
 }
 
 /// The elements of a form or of a tag, fetched together.
@@ -245,7 +241,7 @@ public:
     {
     }
 
-    std::string Action() override { return facts_.action; }
+    std::string Action() override { return facts_.hidesAction ? "[object]" : facts_.action; }
     std::string Id() override { return facts_.id; }
     int Length() override { return static_cast<int>(elements_->Structure().size()); }
     std::shared_ptr<Element> Elements(int j) override { return std::make_shared<PageElement>(elements_, j); }
@@ -312,7 +308,12 @@ public:
         return std::make_shared<PageForm>(shared_from_this(), form, elements);
     }
 
-    std::string InnerHtml() override { return MarkupOf(link_, order_); }
+    std::string InnerHtml() override
+    {
+        std::string html;
+        for (const FormFacts& form : Facts().forms) html += (html.empty() ? "" : "\n") + TagOf(form);
+        return html;
+    }
 
     std::shared_ptr<ElementCollection> GetElementsByTagName(const std::string& tag) override
     {
@@ -329,7 +330,9 @@ private:
     const DocumentFacts& Facts()
     {
         if (fetched_ && *fetched_ == link_.Version().revision) return facts_;
-        facts_ = link_.Read(RequestFor("document", order_), [](wire::Reader& reader) {
+        std::vector<std::string> request{"document", NameOf(order_.kind)};
+        request.insert(request.end(), order_.handles.begin(), order_.handles.end());
+        facts_ = link_.Read(request, [](wire::Reader& reader) {
             DocumentFacts facts;
             facts.frames = ReadSeveral(reader, [](wire::Reader& part) { return part.Text(); });
             if (facts.frames.size() > kMostFrames) throw DocumentError("the page has too many frames");
@@ -364,7 +367,7 @@ public:
         if (i != 0) throw DocumentError("no such form");
         return std::make_shared<PageForm>(shared_from_this(), form_, elements_);
     }
-    std::string InnerHtml() override { return MarkupOf(link_, {}); }
+    std::string InnerHtml() override { return OpenDocument(link_.Place())->InnerHtml(); }
     std::shared_ptr<ElementCollection> GetElementsByTagName(const std::string& tag) override
     {
         return OpenDocument(link_.Place())->GetElementsByTagName(tag);
@@ -384,7 +387,13 @@ std::shared_ptr<Document> SubmittedFrame::Document()
     return std::make_shared<SubmittedDocument>(place_, snapshot_);
 }
 
-std::shared_ptr<Document> PageFrame::Document() { return OpenDocument(place_, order_); }
+std::shared_ptr<Document> PageFrame::Document()
+{
+    if (document_ && place_.channel->HasJustAnswered()) return document_;
+    document_.reset();
+    document_ = OpenDocument(place_, order_);
+    return document_;
+}
 
 std::shared_ptr<Document> OpenDocument(const PagePlace& place, const FormOrder& order)
 {

@@ -35,6 +35,7 @@ public:
 private:
     PagePlace place_;
     FormOrder order_;
+    std::shared_ptr<velmora::Document> document_;  ///< As it was last opened.
 };
 
 /// A frame in which the page's own script sends a form. Its document holds that one form, as it was

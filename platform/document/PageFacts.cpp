@@ -5,7 +5,7 @@ namespace velmora {
 FormFacts ReadForm(wire::Reader& reader)
 {
     FormFacts form;
-    reader.Read(form.handle, form.action, form.id);
+    reader.Read(form.handle, form.action, form.hidesAction, form.id);
     return form;
 }
 

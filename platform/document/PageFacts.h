@@ -29,6 +29,7 @@ struct ElementFacts {
 struct FormFacts {
     std::string handle;
     std::string action;
+    bool hidesAction = false;  ///< A field named "action" stands in its place.
     std::string id;
 };
 

@@ -54,7 +54,7 @@ struct RequestHeader {
 
 enum Operation : std::uint32_t {
     kRead = 0,   ///< Body: a packed text for the script; the answer is packed.
-    kWrite = 1,  ///< As kRead; the page's own handlers run.
+    kWrite = 1,  ///< As kRead, but the answer is a word if anything of the page has run, and empty if not.
     kClick = 2,  ///< Body: a handle. Answered at once; the click follows.
     kDone = 3,   ///< No body, no answer: the program has handled the event, and nothing follows.
 };

@@ -29,7 +29,7 @@
 
   function pack(texts) {
     return texts
-      .map((text) => String(text).replace(/[\\\n\0]/g, (c) => kEscapes[c]))
+      .map((text) => typeof text === "number" ? text : String(text).replace(/[\\\n\0]/g, (c) => kEscapes[c]))
       .join("\n")
       .toWellFormed();
   }
@@ -83,10 +83,7 @@
     const [operation, ...given] = unpack(message);
     observe();
     if (Object.hasOwn(forms.reads, operation)) return pack(forms.reads[operation](...given));
-    if (Object.hasOwn(writes, operation)) {
-      writes[operation](...given);
-      return "";
-    }
+    if (Object.hasOwn(writes, operation)) return writes[operation](...given) ? "changed" : "";
     throw new Error("no such operation: " + operation);
   }
 

@@ -31,13 +31,14 @@
 
   // The kinds of fields that hold a text. The program knows them by one name, whatever kind of text a
   // page's author expects in them.
-  const kTextTypes = ["color", "date", "datetime-local", "email", "month", "number", "range", "search", "tel", "time",
-    "url", "week"];
+  const kTextTypes = new Set(["color", "date", "datetime-local", "email", "month", "number", "range", "search", "tel",
+    "time", "url", "week"]);
 
   function typeOf(field) {
-    if (kTextTypes.includes(field.type)) return "text";
+    const type = field.type ?? "";
+    if (kTextTypes.has(type)) return "text";
     const isSubmit = dom.nameOf(field) === "button" && dom.attribute(named(field), "type") === "submit";
-    return isSubmit ? "submit" : field.type ?? "";
+    return isSubmit ? "submit" : type;
   }
 
   /** The custom elements that give a form their data only when it goes out: the engine does not list them. */
@@ -59,41 +60,52 @@
       .filter((field) => field !== undefined);
   }
 
-  const isButton = (field) => typeOf(field) === "submit";
   const isDisabled = (field) => dom.matches(field, ":disabled");
+
+  /** A field with what every listing wants to know of it: long forms are listed, and each look takes its time. */
+  const controlOf = (field) =>
+    ({ field, name: nameOf(field), type: typeOf(field), isDisabled: isDisabled(field) });
+
+  const isButton = ({ type }) => type === "submit";
+
+  /** Whether a record can know a field: what has no name and submits nothing is neither sent nor filled. */
+  const isKnowable = (field) => nameOf(field) !== "" || typeOf(field) === "submit";
 
   // Whether the field of a handle was disabled when the program was first told of it: the order must not
   // change during a fill, also where the page draws the field anew.
   const wasDisabled = new Map();
 
-  const comesLate = (field) => !isButton(field) && (wasDisabled.get(handles.get(field)) ?? isDisabled(field));
-
-  function inOrder(fields) {
-    const named = fields.filter((field) => nameOf(field) !== "");
-    const nameless = fields.filter((field) => nameOf(field) === "");
-    return [...named.filter((field) => !comesLate(field)), ...named.filter(comesLate), ...nameless];
+  /**
+   * Controls in their order: those that are sent, those that the page may yet enable, the buttons that submit
+   * without a name.
+   */
+  function inOrder(controls) {
+    const [sent, late, nameless] = [[], [], []];
+    for (const control of controls) {
+      const comesLate = !isButton(control) && (wasDisabled.get(handles.get(control.field)) ?? control.isDisabled);
+      const place = comesLate ? late : sent;
+      (control.name === "" ? nameless : place).push(control);
+    }
+    return [...sent, ...late, ...nameless];
   }
 
-  /**
-   * The fields that a record can know: those that are sent, those that the page may yet enable, the buttons
-   * that submit without a name. What has no name and submits nothing is neither sent nor filled.
-   */
-  const knowableOf = (form) => fieldsOf(form).filter((field) => nameOf(field) !== "" || isButton(field));
-
+  const knowableOf = (form) => fieldsOf(form).filter(isKnowable).map(controlOf);
   const controlsOf = (form) => inOrder(knowableOf(form));
 
   // What was disabled when a form last went out. Many a page disables all of it from then on.
   const unsent = new WeakMap();
 
   function goesOut(form) {
-    unsent.set(form, new WeakSet(listForm(handleOf(form)).filter(isDisabled)));
+    const disabled = listForm(handleOf(form)).filter((control) => control.isDisabled);
+    unsent.set(form, new WeakSet(disabled.map(({ field }) => field)));
   }
 
-  /** The fields without those whose name another has sent in their place. */
-  function sentOf(fields, form) {
-    const isSent = (field) => !(unsent.get(form)?.has(field) ?? isDisabled(field));
-    const sent = new Set(fields.filter((field) => !isButton(field) && isSent(field)).map(nameOf));
-    return fields.filter((field) => isButton(field) || isSent(field) || !sent.has(nameOf(field)));
+  /** The controls without those whose name another has sent in their place. */
+  function sentOf(controls, form) {
+    const left = unsent.get(form);
+    const isSent = (control) => !(left?.has(control.field) ?? control.isDisabled);
+    const sent = new Set(controls.filter((control) => !isButton(control) && isSent(control)).map(({ name }) => name));
+    return controls.filter((control) => isButton(control) || isSent(control) || !sent.has(control.name));
   }
 
   // The kinds of lines of which a form must not have two for Enter to send it (HTML, "implicit submission").
@@ -108,7 +120,7 @@
     const fields = fieldsOf(form);
     const [line, ...others] = fields.filter((field) => dom.nameOf(field) === "input" && kLines.includes(field.type));
     if (line === undefined || others.length > 0 || typeOf(line) !== "text" || line.form !== form) return undefined;
-    const hasButton = fields.some(isButton);
+    const hasButton = fields.some((field) => typeOf(field) === "submit");
     return hasButton || isDisabled(line) || dom.select("input[type=image i]").length > 0 ? undefined : line;
   }
 
@@ -150,13 +162,7 @@
     return id === "" && hidesAction(form) ? `velmora-${handleOf(form)}-` : id;
   }
 
-  const actionOf = (form) => (hidesAction(form) ? "[object]" : spelledAction(form));
-  const formFacts = (form) => [handleOf(form), actionOf(form), idOf(form)];
-
-  function tagOf(form) {
-    const attribute = (name, value) => (value === "" ? "" : ` ${name}=${value}`);
-    return `<form${attribute("action", spelledAction(form)) + attribute("id", idOf(form))} >`;
-  }
+  const factsOfForm = (form, action) => [handleOf(form), action, hidesAction(form) ? 1 : 0, idOf(form)];
 
   // --- Handles: numbers by which the program names nodes of this document ------------------------
 
@@ -172,8 +178,11 @@
   }
 
   function handleOf(node) {
-    if (!handles.has(node)) nameNode(nodes.size, node);
-    return handles.get(node);
+    const known = handles.get(node);
+    if (known !== undefined) return known;
+    const handle = nodes.size;
+    nameNode(handle, node);
+    return handle;
   }
 
   function nodeOf(handle) {
@@ -190,9 +199,9 @@
   // A page that draws itself anew puts other nodes that look the same in the place of its form and its
   // fields. A handle goes over from a node that has left the document to the one in its place.
 
-  const markOfForm = (form) => spelledAction(form) + "\n" + (dom.attribute(form, "id") ?? "");
+  const markOfForm = (form, action = spelledAction(form)) => action + "\n" + (dom.attribute(form, "id") ?? "");
   // Boxes of one name differ in what they send.
-  const markOfField = (field) => [typeOf(field), nameOf(field), isBox(field) ? valueOf(field) : ""].join("\n");
+  const markOfControl = (control) => `${control.type}\n${control.name}\n${isBox(control) ? valueOf(control) : ""}`;
 
   /** Never to a form that was there already: what is written must not land in another. */
   function formOf(handle) {
@@ -208,22 +217,24 @@
 
   const listed = new Map();
 
-  /** The fields of the form of a handle, each under the handle that it, or the one before it, had. */
+  /** The controls of the form of a handle, each under the handle that it, or the one before it, had. */
   function listForm(handle) {
     const form = formOf(handle);
     const controls = knowableOf(form);
     // The form may have to stand for a button.
     listedBy.set(handle, handle);
     const left = (listed.get(handle) ?? []).filter(isGone);
-    for (const field of controls) {
-      const heir = handles.has(field) ? -1 : left.findIndex((each) => marks.get(each) === markOfField(field));
+    for (const control of controls) {
+      const { field } = control;
+      const mark = markOfControl(control);
+      const heir = left.length === 0 || handles.has(field) ? -1 : left.findIndex((each) => marks.get(each) === mark);
       if (heir >= 0) nameNode(left.splice(heir, 1)[0], field);
       const own = handleOf(field);
-      marks.set(own, markOfField(field));
+      marks.set(own, mark);
       listedBy.set(own, handle);
-      if (!wasDisabled.has(own)) wasDisabled.set(own, isDisabled(field));
+      if (!wasDisabled.has(own)) wasDisabled.set(own, control.isDisabled);
     }
-    listed.set(handle, controls.map(handleOf));
+    listed.set(handle, controls.map(({ field }) => handleOf(field)));
     return inOrder(controls);
   }
 
@@ -239,24 +250,25 @@
   /** A text as a record has it: there a plus sign stands for a blank, and the blanks at the ends go. */
   const recorded = (text) => text.replace(/^\++|\++$/g, (ends) => "\xa0".repeat(ends.length)).replaceAll("+", " ");
 
-  const isBox = (field) => field.type === "checkbox" || field.type === "radio";
+  const isBox = ({ type }) => type === "checkbox" || type === "radio";
 
   /** Whether a form has no other checkbox of the name. */
-  function isAlone(box) {
-    const found = box.form === null ? null : dom.read(HTMLFormElement, "elements", box.form).namedItem(nameOf(box));
+  function isAlone({ field, name }) {
+    const found = field.form === null ? null : dom.read(HTMLFormElement, "elements", field.form).namedItem(name);
     let count = 0;
-    for (const field of found instanceof RadioNodeList ? found : []) {
-      if (field.type === "checkbox") count += 1;
+    for (const other of found instanceof RadioNodeList ? found : []) {
+      if (other.type === "checkbox") count += 1;
       if (count > 1) return false;
     }
     return true;
   }
 
   /** A field's value. Of a box it is what a tick sends: some pages have it follow the tick. */
-  function valueOf(field) {
-    if (!isBox(field)) return field.value ?? "";
-    const mayFollow = field.type === "checkbox" && field.value === "false" && isAlone(field);
-    return mayFollow ? "true" : recorded(field.value);
+  function valueOf(control) {
+    const value = control.field.value ?? "";
+    if (!isBox(control)) return value;
+    const mayFollow = control.type === "checkbox" && value === "false" && isAlone(control);
+    return mayFollow ? "true" : recorded(value);
   }
 
   // What the program has been told of the options of a list.
@@ -270,26 +282,23 @@
   /** An option by its texts, since a page may have drawn its list anew; of several alike the first. */
   const optionOf = (handle, texts) => Array.from(standing(handle).options).find((each) => textsOf(each) === texts);
 
-  function factsOf(field) {
-    const facts = [
-      handleOf(field),
-      recordedName(nameOf(field), field.form ?? null),
-      typeOf(field),
-      valueOf(field),
-      field.checked ? 1 : 0,
-      // A picture need not be an attribute's: a style may draw it.
-      dom.attribute(field, "src") ?? (field.type === "image" ? dom.address() : ""),
-    ];
+  function factsOf(control) {
+    const { field, name, type } = control;
+    const handle = handleOf(field);
+    // A picture need not be an attribute's: a style may draw it.
+    const source = dom.attribute(field, "src") ?? (type === "image" ? dom.address() : "");
+    const isTicked = field.checked ? 1 : 0;
+    const facts = [handle, recordedName(name, field.form ?? null), type, valueOf(control), isTicked, source];
     const options = dom.nameOf(field) === "select" ? Array.from(field.options) : [];
-    if (options.length > 0) toldOptions.set(handleOf(field), options.map(textsOf));
+    if (options.length > 0) toldOptions.set(handle, options.map(textsOf));
     facts.push(options.length);
     for (const option of options) facts.push(recorded(option.text), recorded(option.value), option.selected ? 1 : 0);
     return facts;
   }
 
-  function controlFacts(fields, form = null) {
-    const facts = fields.map(factsOf);
-    const mayLackButton = form !== null && !fields.some(isButton);
+  function controlFacts(controls, form = null) {
+    const facts = controls.map(factsOf);
+    const mayLackButton = form !== null && !controls.some(isButton);
     // A form that Enter sends is itself the button that it lacks.
     if (mayLackButton && enterLineOf(form) !== undefined) facts.push([handleOf(form), "", "submit", "", 0, "", 0]);
     return [facts.length, ...facts.flat()];
@@ -325,8 +334,12 @@
     const chosen = given.map((handle) => nodeOf(handle));
     if (order === "only") return chosen;
     const others = dom.forms().filter((form) => !chosen.includes(form));
+    if (others.length < 2) return [...chosen, ...others];
     // A form of fields without names would pass for any other that goes to the same place.
-    const isNameless = others.map((form) => controlsOf(form).length === 0 && fieldsOf(form).length > 0);
+    const isNameless = others.map((form) => {
+      const fields = fieldsOf(form);
+      return fields.length > 0 && !fields.some(isKnowable);
+    });
     return [...chosen, ...others.filter((_, i) => !isNameless[i]), ...others.filter((_, i) => isNameless[i])];
   }
 
@@ -335,17 +348,22 @@
     document: (order, ...given) => {
       const frames = order === "first" ? [] : framesThatCount();
       const forms = formsInOrder(order, given);
-      for (const form of forms) marks.set(handleOf(form), markOfForm(form));
-      return [frames.length, ...frames, forms.length, ...forms.flatMap(formFacts)];
+      const facts = forms.flatMap((form) => {
+        const action = spelledAction(form);
+        marks.set(handleOf(form), markOfForm(form, action));
+        return factsOfForm(form, action);
+      });
+      return [frames.length, ...frames, forms.length, ...facts];
     },
     form: (handle, order) => {
-      const fields = listForm(Number(handle));
+      const controls = listForm(Number(handle));
       const form = nodeOf(handle);
-      return controlFacts(order === "first" ? sentOf(fields, form) : fields, form);
+      return controlFacts(order === "first" ? sentOf(controls, form) : controls, form);
     },
-    tag: (name) => controlFacts(dom.select(name.toLowerCase()).filter((element) => dom.matches(element, kFields))),
-    // In the order of the page, since a tag is found by its id.
-    markup: (order, ...given) => [(order === "only" ? given.map(nodeOf) : dom.forms()).map(tagOf).join("\n")],
+    tag: (name) => {
+      const fields = dom.select(name.toLowerCase()).filter((element) => dom.matches(element, kFields));
+      return controlFacts(fields.map(controlOf));
+    },
     frame: (index) => {
       const agent = agentInside(Number(index));
       if (agent?.answer === undefined) throw new Error("the frame has no document");
@@ -368,11 +386,11 @@
     controlsOf,
     enterLineOf,
     nameOf,
-    actionOf,
+    spelledAction,
     handleOf,
     toldOption,
     optionOf,
     goesOut,
-    snapshot: (form) => [...formFacts(form), ...controlFacts(sentOf(controlsOf(form), form))],
+    snapshot: (form) => [...factsOfForm(form, spelledAction(form)), ...controlFacts(sentOf(controlsOf(form), form))],
   };
 })

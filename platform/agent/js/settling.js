@@ -141,9 +141,9 @@
 
   /** What tells a form from another: the form, where it goes and the names of what is filled in. */
   function sketch(form) {
-    const isFilledIn = (field) => !["hidden", "submit", "button", "reset"].includes(field.type);
-    const names = forms.controlsOf(form).filter(isFilledIn).map(forms.nameOf);
-    return { form: new WeakRef(form), text: [forms.actionOf(form), ...names] };
+    const isFilledIn = ({ type }) => !["hidden", "submit", "button", "reset"].includes(type);
+    const names = forms.controlsOf(form).filter(isFilledIn).map(({ name }) => name);
+    return { form: new WeakRef(form), text: [forms.spelledAction(form), ...names] };
   }
 
   const hasNames = ({ text }) => text.length > 1;

@@ -10,8 +10,16 @@
   const kNoKey = { key: "Unidentified" };
   const kEnter = { key: "Enter", code: "Enter", keyCode: 13, which: 13 };
 
+  // Whether anything of the page may have run since the write under way began.
+  let hasRun = false;
+
+  function dispatch(field, event) {
+    hasRun = true;
+    return dom.dispatch(field, event);
+  }
+
   const press = (field, type, key = kNoKey) =>
-    dom.dispatch(field, new KeyboardEvent(type, { bubbles: true, cancelable: true, composed: true, ...key }));
+    dispatch(field, new KeyboardEvent(type, { bubbles: true, cancelable: true, composed: true, ...key }));
 
   const newChange = () => new Event("change", { bubbles: true });
   const newInput = () => new InputEvent("input", { bubbles: true, composed: true, inputType: "insertText" });
@@ -28,14 +36,16 @@
       // that a page which compares old and new value in its handler sees the change.
       field.value = text;
       if (field.value === before) return field;
-      dom.dispatch(field, newInput());
+      dispatch(field, newInput());
       press(field, "keyup");
-      dom.dispatch(field, newChange());
+      dispatch(field, newChange());
       return field;
     },
     check: (handle) => {
       const field = forms.standing(handle);
-      if (!field.checked) dom.click(field);
+      if (field.checked) return field;
+      hasRun = true;
+      dom.click(field);
       return field;
     },
     select: (handle, texts) => {
@@ -44,8 +54,8 @@
       if (option === undefined) throw new Error("the option is gone");
       if (option.selected) return field;
       option.selected = true;
-      dom.dispatch(field, new Event("input", { bubbles: true, composed: true }));
-      dom.dispatch(field, newChange());
+      dispatch(field, new Event("input", { bubbles: true, composed: true }));
+      dispatch(field, newChange());
       return field;
     },
   };
@@ -54,7 +64,9 @@
   let written = [];
 
   function write(operation, handle, given) {
+    hasRun = false;
     written.push({ operation, handle, given, field: writes[operation](handle, given) });
+    return hasRun;
   }
 
   /** Whether the page has emptied a field since it was written, or put another in its place. */
@@ -87,7 +99,9 @@
     check: (handle) => write("check", handle),
     select: (handle, index) => write("select", handle, forms.toldOption(handle, index)),
     again: () => {
+      hasRun = false;
       for (const { operation, handle, given } of written.splice(0).filter(isLost)) writes[operation](handle, given);
+      return hasRun;
     },
     forget: () => {
       written = [];
