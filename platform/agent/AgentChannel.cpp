@@ -44,26 +44,14 @@ AgentChannel::~AgentChannel()
 bool AgentChannel::ServeInPage()
 {
     // The scripts may come to this while a write is served: what else is there has to wait for its end.
-    if (isServing_ || !SendPending()) return false;
-    while (WaitFor(descriptor_, POLLIN, Clock::now() + kTurnPause)) {
+    if (isServing_) return false;
+    if (underWay_ && !GoOn()) return false;
+    while (!underWay_ && WaitFor(descriptor_, POLLIN, Clock::now() + kTurnPause)) {
         const auto operation = NextOperation();
-        if (operation == wire::kWrite) {
-            wire::RequestHeader header{};
-            std::string body;
-            if (!Receive(header, body)) return false;
-            Answer answer = Try(header, body);
-            // A write that changed nothing has had no part of the page run.
-            if (!answer.body.empty()) {
-                pending_ = std::move(answer);
-                pendingRequest_ = header;
-                return true;
-            }
-            if (!Send(header, answer)) return false;
-        } else if (operation != wire::kRead || !ServeOne()) {
-            return false;
-        }
+        if (operation != wire::kRead && operation != wire::kWrite) return false;
+        if (!ServeOne()) return false;
     }
-    return false;
+    return underWay_.has_value();
 }
 
 std::optional<std::uint32_t> AgentChannel::NextOperation() const
@@ -85,10 +73,10 @@ gboolean AgentChannel::OnReadable(gint, GIOCondition, gpointer data)
 
 bool AgentChannel::ServeBurst()
 {
-    if (!SendPending()) return false;
+    // Out of the page, its promises run at the end of each call of a script.
     do {
-        if (!ServeOne()) return false;
-    } while (WaitFor(descriptor_, POLLIN, Clock::now() + kBurstPause));
+        if (underWay_ ? !GoOn() : !ServeOne()) return false;
+    } while (underWay_ || WaitFor(descriptor_, POLLIN, Clock::now() + kBurstPause));
     return true;
 }
 
@@ -96,19 +84,16 @@ bool AgentChannel::ServeOne()
 {
     wire::RequestHeader header{};
     std::string body;
-    if (!Receive(header, body)) return false;
-    const Answer answer = Try(header, body);
-    return header.operation == wire::kDone || Send(header, answer);
+    return Receive(header, body) && Proceed(header, &body);
 }
 
-AgentChannel::Answer AgentChannel::Try(const wire::RequestHeader& header, const std::string& body)
+bool AgentChannel::Proceed(wire::RequestHeader header, const std::string* body)
 {
-    const bool isAsTold = header.document == toldDocument_ && header.revision == toldRevision_;
-    if (header.revision != 0 && !isAsTold) return {.outcome = wire::kPassedOver, .body = {}};
     isServing_ = true;
-    Answer answer = serve_(header, body);
+    const std::optional<Answer> answer = serve_(header, body);
     isServing_ = false;
-    return answer;
+    underWay_ = answer ? std::nullopt : std::optional(header);
+    return !answer || header.operation == wire::kDone || Send(header, *answer);
 }
 
 bool AgentChannel::Receive(wire::RequestHeader& header, std::string& body)
@@ -120,12 +105,6 @@ bool AgentChannel::Receive(wire::RequestHeader& header, std::string& body)
     return ReceiveAll(descriptor_, body.data(), body.size(), deadline);
 }
 
-bool AgentChannel::SendPending()
-{
-    const auto pending = std::exchange(pending_, std::nullopt);
-    return !pending || Send(pendingRequest_, *pending);
-}
-
 bool AgentChannel::Send(const wire::RequestHeader& request, const Answer& answer)
 {
     if (answer.body.size() > wire::kLongestAnswer) {
@@ -134,8 +113,6 @@ bool AgentChannel::Send(const wire::RequestHeader& request, const Answer& answer
     const wire::AnswerHeader header{.bodyBytes = static_cast<std::uint32_t>(answer.body.size()),
                                     .outcome = answer.outcome,
                                     .revision = revision_(request)};
-    toldDocument_ = request.document;
-    toldRevision_ = answer.outcome == wire::kServed ? header.revision : 0;
     const auto deadline = Clock::now() + kPatience;
     return SendAll(descriptor_, &header, sizeof header, deadline) &&
            SendAll(descriptor_, answer.body.data(), answer.body.size(), deadline);

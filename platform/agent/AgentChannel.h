@@ -20,8 +20,9 @@ public:
         wire::Outcome outcome = wire::kServed;
         std::string body;
     };
-    /// Serves a request.
-    using Serve = std::function<Answer(const wire::RequestHeader&, const std::string& body)>;
+    /// Serves a request, or, without a body, goes on with it. No answer: it is to be gone on with when the page's own
+    /// promises have run.
+    using Serve = std::function<std::optional<Answer>(const wire::RequestHeader&, const std::string* body)>;
     /// How often the structure of a document's forms has changed; asked when an answer goes out.
     using Revision = std::function<std::uint64_t(const wire::RequestHeader&)>;
 
@@ -29,11 +30,10 @@ public:
     AgentChannel(int descriptor, Serve serve, Revision revision, std::function<void()> closed);
     ~AgentChannel();
 
-    /// Waits a moment for requests and serves them, up to and including the first write at which anything of
-    /// the page ran, from inside a document's last event: what the engine does after it, the layout of the whole page, can take
-    /// long, and the program stands still until it has its answers. True after such a write: its answer
-    /// goes out with the next call, which is to come when the page's own promises have run. False
-    /// when there is nothing more to serve here.
+    /// Waits a moment for requests and serves them, from inside a document's last event: what the engine
+    /// does after it, the layout of the whole page, can take long, and the program stands still until it
+    /// has its answers. True if a request is to be gone on with: by the next call, which is to come when the
+    /// page's promises have run. False when there is nothing more to serve here.
     bool ServeInPage();
 
     AgentChannel(const AgentChannel&) = delete;
@@ -43,11 +43,10 @@ private:
     static gboolean OnReadable(gint descriptor, GIOCondition condition, gpointer self);
     bool ServeBurst();
     bool ServeOne();
-    /// Serves a request, or passes it over.
-    Answer Try(const wire::RequestHeader& header, const std::string& body);
+    bool GoOn() { return Proceed(*underWay_, nullptr); }
+    bool Proceed(wire::RequestHeader header, const std::string* body);
     bool Receive(wire::RequestHeader& header, std::string& body);
     bool Send(const wire::RequestHeader& request, const Answer& answer);
-    bool SendPending();
     /// The operation of the request that waits; nothing if none has arrived whole.
     std::optional<std::uint32_t> NextOperation() const;
 
@@ -55,11 +54,7 @@ private:
     Serve serve_;
     Revision revision_;
     std::function<void()> closed_;
-    std::optional<Answer> pending_;  ///< Of a write in a page, and its request.
-    wire::RequestHeader pendingRequest_{};
-    // What the last answer told; the revision is 0 if it was a refusal.
-    wire::DocumentName toldDocument_;
-    std::uint64_t toldRevision_ = 0;
+    std::optional<wire::RequestHeader> underWay_;  ///< The request that is to be gone on with.
     bool isServing_ = false;
     guint source_ = 0;
 };

@@ -59,6 +59,12 @@ std::string BytesOf(JSCValue* value)
     return {data ? data : "", size};
 }
 
+std::optional<std::string> WhenDone(JSCValue* answer)
+{
+    std::string bytes = BytesOf(answer);
+    return bytes.empty() ? std::nullopt : std::optional(std::move(bytes));
+}
+
 }  // namespace
 
 std::uint64_t NewNumber()
@@ -176,9 +182,19 @@ FrameScripts::Value FrameScripts::Call(const wire::DocumentName& name, const cha
     return Call(name.frame, method, argument);
 }
 
-std::string FrameScripts::Ask(const wire::DocumentName& name, const std::string& request)
+std::string FrameScripts::Read(const wire::DocumentName& name, const std::string& request)
 {
-    return BytesOf(Call(name, "answer", request.c_str()).get());
+    return BytesOf(Call(name, "read", request.c_str()).get());
+}
+
+std::optional<std::string> FrameScripts::Write(const wire::DocumentName& name, const std::string& request)
+{
+    return WhenDone(Call(name, "write", request.c_str()).get());
+}
+
+std::optional<std::string> FrameScripts::GoOn(const wire::DocumentName& name)
+{
+    return WhenDone(Call(name, "goOn").get());
 }
 
 void FrameScripts::Click(const wire::DocumentName& name, const std::string& handle)

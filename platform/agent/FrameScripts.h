@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -43,8 +44,11 @@ public:
     /// the page's own scripts in the same frame.
     void Begin(JSCContext* context, JSCContext* page, std::uint64_t frame);
 
-    /// The script's answer to a packed request, also packed.
-    std::string Ask(const wire::DocumentName& name, const std::string& request);
+    /// The script's answer to a packed read, also packed.
+    std::string Read(const wire::DocumentName& name, const std::string& request);
+    /// The same for a row of writes. Nothing while it is under way: when the page's promises have run, it goes on.
+    std::optional<std::string> Write(const wire::DocumentName& name, const std::string& request);
+    std::optional<std::string> GoOn(const wire::DocumentName& name);
     void Click(const wire::DocumentName& name, const std::string& handle);
     /// Keeps the questions of the whole page (alert and the like): a write would wait for their answers.
     void HoldQuestions();

@@ -108,7 +108,7 @@ private:
         const int descriptor = g_unix_fd_list_get(descriptors, 0, nullptr);
         if (descriptor < 0) return;
         channel_ = std::make_unique<AgentChannel>(
-            descriptor, [this](const auto& header, const auto& body) { return Serve(header, body); },
+            descriptor, [this](const auto& header, const auto* body) { return Serve(header, body); },
             [this](const auto& header) { return scripts_.Revision(header.document); },
             [this] {
                 // The program gave up waiting once: a new channel has no late answers in it.
@@ -117,23 +117,27 @@ private:
             });
     }
 
-    AgentChannel::Answer Serve(const wire::RequestHeader& request, const std::string& body)
+    std::optional<AgentChannel::Answer> Serve(const wire::RequestHeader& request, const std::string* body)
     {
-        AgentChannel::Answer answer;
-        const wire::DocumentName& name = request.document;
         try {
-            switch (request.operation) {
-            case wire::kWrite: scripts_.HoldQuestions(); [[fallthrough]];
-            case wire::kRead: answer.body = scripts_.Ask(name, body); break;
-            case wire::kClick: ClickLater(name, body); break;
-            case wire::kDone: scripts_.Rest(); return answer;
-            default: throw ScriptError("no such operation");
-            }
+            const auto text = body ? Answer(request, *body) : scripts_.GoOn(request.document);
+            if (!text) return std::nullopt;
+            return AgentChannel::Answer{.outcome = wire::kServed, .body = *text};
         } catch (const ScriptError& error) {
-            answer.outcome = wire::kRefused;
-            answer.body = error.what();
+            return AgentChannel::Answer{.outcome = wire::kRefused, .body = error.what()};
         }
-        return answer;
+    }
+
+    std::optional<std::string> Answer(const wire::RequestHeader& request, const std::string& body)
+    {
+        const wire::DocumentName& name = request.document;
+        switch (request.operation) {
+        case wire::kRead: return scripts_.Read(name, body);
+        case wire::kWrite: scripts_.HoldQuestions(); return scripts_.Write(name, body);
+        case wire::kClick: ClickLater(name, body); return "";
+        case wire::kDone: scripts_.Rest(); return "";
+        default: throw ScriptError("no such operation");
+        }
     }
 
     // A click may open a question of the page's own ("Really send?"), which the user is to see when the

@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 namespace velmora {
@@ -38,18 +37,6 @@ constexpr std::size_t kPiece = std::size_t{1} << 20;
 
 /// Until when a page may take over what is next, if all its time has this end.
 Clock::time_point NextDeadline(Clock::time_point end) { return std::min(end, Clock::now() + kLongestWait); }
-
-/// A request as it goes over the wire.
-std::string Message(const wire::DocumentName& document, wire::Operation operation, const std::string& body,
-                    std::uint64_t revision = 0)
-{
-    if (body.size() > wire::kLongestRequest) throw DocumentError("the request is too long");
-    const wire::RequestHeader header{.bodyBytes = static_cast<std::uint32_t>(body.size()),
-                                     .operation = operation,
-                                     .document = document,
-                                     .revision = revision};
-    return std::string(reinterpret_cast<const char*>(&header), sizeof header) + body;
-}
 
 }  // namespace
 
@@ -89,7 +76,7 @@ void PageChannel::BeginTurn()
 void PageChannel::EndTurn()
 {
     if (descriptor_ < 0) return;
-    const wire::RequestHeader header{.bodyBytes = 0, .operation = wire::kDone, .document = {}, .revision = 0};
+    const wire::RequestHeader header{.bodyBytes = 0, .operation = wire::kDone, .document = {}};
     // A socket that takes not even this at once belongs to a page that does not answer.
     if (!SendAll(descriptor_, &header, sizeof header, Clock::now())) Close();
 }
@@ -102,32 +89,21 @@ void PageChannel::Write(const wire::DocumentName& document, const std::vector<st
 std::size_t PageChannel::WriteAll(const wire::DocumentName& document,
                                   const std::vector<std::vector<std::string>>& requests)
 {
+    if (requests.empty()) return 0;
     const Use use(*time_);
     ++writes_;
-    const std::uint64_t revision = Version(document).revision;
-    const auto end = EndOfTime();
-    std::size_t done = 0;
-    while (done < requests.size()) {
-        const std::size_t sent = std::min(requests.size() - done, kMostAtOnce);
-        std::string messages;
-        for (std::size_t i = done; i < done + sent; ++i) {
-            messages += Message(document, wire::kWrite, wire::Pack(requests[i]), i == 0 ? 0 : revision);
-        }
-        Breathe();
-        Send(messages, NextDeadline(end));
-        // Each is answered, also one that is not tried. After a refusal none is.
-        const std::size_t before = done;
-        std::optional<Answer> refusal;
-        for (std::size_t i = 0; i < sent; ++i) {
-            Answer answer = Receive(document, NextDeadline(end));
-            if (answer.outcome == wire::kServed) ++done;
-            const bool isTried = answer.outcome != wire::kPassedOver || before + i == 0;
-            if (answer.outcome != wire::kServed && isTried && !refusal) refusal = std::move(answer);
-        }
-        if (refusal) throw DocumentError(refusal->text);
-        if (done < before + sent) break;
+    std::string row = wire::Pack({std::to_string(Version(document).revision)});
+    std::size_t count = 0;
+    for (const auto& request : requests) {
+        const std::string next = '\n' + std::to_string(request.size()) + '\n' + wire::Pack(request);
+        if (count > 0 && row.size() + next.size() > wire::kLongestRequest) break;
+        row += next;
+        ++count;
     }
-    return done;
+    const std::string answer = Request(document, wire::kWrite, row);
+    const auto done = Parsed(answer, [](wire::Reader& reader) { return reader.Number(); });
+    if (done == 0 || done > count) throw DocumentError("the page counts its writes wrongly");
+    return static_cast<std::size_t>(done);
 }
 
 void PageChannel::Click(const wire::DocumentName& document, const std::string& handle)
@@ -153,15 +129,18 @@ DocumentVersion PageChannel::Version(const wire::DocumentName& document) const
 
 std::string PageChannel::Request(const wire::DocumentName& document, wire::Operation operation, const std::string& body)
 {
+    if (body.size() > wire::kLongestRequest) throw DocumentError("the request is too long");
+    const wire::RequestHeader header{
+        .bodyBytes = static_cast<std::uint32_t>(body.size()), .operation = operation, .document = document};
+    const std::string message = std::string(reinterpret_cast<const char*>(&header), sizeof header) + body;
     const auto deadline = NextDeadline(EndOfTime());
     Breathe();
-    Send(Message(document, operation, body), deadline);
+    if (descriptor_ < 0) throw DocumentError("the page does not answer");
+    if (!SendAll(descriptor_, message.data(), message.size(), deadline, wait_)) Fail("the page does not answer");
     // In a read no script of the page runs, which could ask the engine something: the main loop need not run
     // so soon, and would draw the page meanwhile.
     if (operation == wire::kRead) WaitFor(descriptor_, POLLIN, std::min(deadline, Clock::now() + kUsualRead));
-    Answer answer = Receive(document, deadline);
-    if (answer.outcome != wire::kServed) throw DocumentError(answer.text);
-    return std::move(answer.text);
+    return Receive(document, deadline);
 }
 
 Clock::time_point PageChannel::EndOfTime() const
@@ -178,13 +157,7 @@ void PageChannel::Breathe()
     heldSince_ = Clock::now();
 }
 
-void PageChannel::Send(const std::string& messages, Clock::time_point deadline)
-{
-    if (descriptor_ < 0) throw DocumentError("the page does not answer");
-    if (!SendAll(descriptor_, messages.data(), messages.size(), deadline, wait_)) Fail("the page does not answer");
-}
-
-PageChannel::Answer PageChannel::Receive(const wire::DocumentName& document, Clock::time_point deadline)
+std::string PageChannel::Receive(const wire::DocumentName& document, Clock::time_point deadline)
 {
     wire::AnswerHeader header{};
     if (!ReceiveAll(descriptor_, &header, sizeof header, deadline, wait_)) Fail("the page does not answer");
@@ -199,7 +172,8 @@ PageChannel::Answer PageChannel::Receive(const wire::DocumentName& document, Clo
     }
     revisions_[document.number] = header.revision;
     answeredAt_ = Clock::now();
-    return {header.outcome, std::move(text)};
+    if (header.outcome != wire::kServed) throw DocumentError(text);
+    return text;
 }
 
 void PageChannel::Fail(const std::string& reason)

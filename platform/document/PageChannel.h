@@ -51,23 +51,13 @@ public:
     auto Read(const wire::DocumentName& document, const std::vector<std::string>& request, Parse parse)
     {
         const Use use(*time_);
-        const std::string answer = Request(document, wire::kRead, wire::Pack(request));
-        try {
-            wire::Reader reader(answer);
-            auto result = parse(reader);
-            reader.End();
-            return result;
-        } catch (const wire::WireError& error) {
-            throw DocumentError(error.what());
-        }
+        return Parsed(Request(document, wire::kRead, wire::Pack(request)), parse);
     }
     /// A write: the page's own handlers run before it returns.
     void Write(const wire::DocumentName& document, const std::vector<std::string>& request);
-    /// Writes that are sent before the first is answered: as many as a record has fields, as a rule. A page whose time
-    /// is over hears of it at the next of them.
-    static constexpr std::size_t kMostAtOnce = 64;
-    /// Several writes, without a trip for each: the next begins when the page's handlers for the last have run. Once
-    /// one has changed the structure, those after it are not tried. Gives how many were; at least the first is.
+    /// Several writes in one trip: the next begins when the page's handlers for the last have run. Once one has changed
+    /// the structure, or it takes long, those after it are not tried. Gives how many were; at least the first is. One
+    /// that is refused throws, and those after it are not tried either.
     std::size_t WriteAll(const wire::DocumentName& document, const std::vector<std::vector<std::string>>& requests);
     /// Returns at once; the click follows.
     void Click(const wire::DocumentName& document, const std::string& handle);
@@ -93,18 +83,25 @@ private:
         const Clock::time_point start_ = Clock::now();
     };
 
-    struct Answer {
-        std::uint32_t outcome;  ///< A wire::Outcome, or whatever the other end says.
-        std::string text;
-    };
+    template <class Parse>
+    static auto Parsed(const std::string& answer, Parse parse)
+    {
+        try {
+            wire::Reader reader(answer);
+            auto result = parse(reader);
+            reader.End();
+            return result;
+        } catch (const wire::WireError& error) {
+            throw DocumentError(error.what());
+        }
+    }
 
     std::string Request(const wire::DocumentName& document, wire::Operation operation, const std::string& body);
     /// The end of the time that the page has for all that is asked from now on.
     Clock::time_point EndOfTime() const;
     /// Lets events in if the window has been held for long.
     void Breathe();
-    void Send(const std::string& messages, Clock::time_point deadline);
-    Answer Receive(const wire::DocumentName& document, Clock::time_point deadline);
+    std::string Receive(const wire::DocumentName& document, Clock::time_point deadline);
     [[noreturn]] void Fail(const std::string& reason);
     void Close();
 

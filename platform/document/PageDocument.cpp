@@ -17,6 +17,9 @@ namespace {
 // Each frame costs a trip. No real page has this many; a page that says so wants the program to hang.
 constexpr std::uint64_t kMostFrames = 1000;
 
+// Fields that are written in one go. What is to be written must not take much memory, nor be told in vain too often.
+constexpr std::size_t kMostAtOnce = 256;
+
 // A page may look at what was entered, and ask its server, before it lets its button be pressed.
 constexpr std::chrono::seconds kLongestDisabled{3};
 constexpr std::chrono::milliseconds kPause{20};
@@ -251,7 +254,7 @@ public:
     {
         const int count = Length();
         // A page that changes its structure at each write gets one at a time.
-        std::size_t most = PageChannel::kMostAtOnce;
+        std::size_t most = kMostAtOnce;
         for (int j = 0; j < count;) {
             std::exception_ptr failure;
             elements_->Hold();
@@ -267,7 +270,7 @@ public:
             const auto changed = elements_->Release();
             if (!changed && failure) std::rethrow_exception(failure);
             j = changed.value_or(j);
-            most = changed ? 1 : std::min(2 * most, PageChannel::kMostAtOnce);
+            most = changed ? 1 : std::min(2 * most, kMostAtOnce);
         }
     }
 

@@ -47,22 +47,21 @@ struct RequestHeader {
     std::uint32_t bodyBytes;
     std::uint32_t operation;
     DocumentName document;  ///< Another one in its frame refuses: the page is gone.
-    /// Of a write that was sent behind another, ahead of its answer: it is passed over if that one was refused, or if
-    /// its answer told another revision than this. 0: it is tried.
-    std::uint64_t revision = 0;
 };
 
 enum Operation : std::uint32_t {
     kRead = 0,   ///< Body: a packed text for the script; the answer is packed.
-    kWrite = 1,  ///< As kRead, but the answer is a word if anything of the page has run, and empty if not.
+    /// A row of writes, at which the page's own handlers run. Body: the revision that the program knows; of each write
+    /// the number of its texts, and these. The answer is how many were done: at least one, and none of those behind one
+    /// that changed the structure.
+    kWrite = 1,
     kClick = 2,  ///< Body: a handle. Answered at once; the click follows.
     kDone = 3,   ///< No body, no answer: the program has handled the event, and nothing follows.
 };
 
 enum Outcome : std::uint32_t {
     kServed = 0,
-    kRefused = 1,     ///< The body says why.
-    kPassedOver = 2,  ///< See RequestHeader::revision.
+    kRefused = 1,  ///< The body says why.
 };
 
 struct AnswerHeader {

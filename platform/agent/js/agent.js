@@ -20,7 +20,7 @@
   const { clock } = parts;
   const { encodingOf, recordedName, describe, goesToScript, targetOf } = parts.outgoing(dom, parts, () => acts);
   const forms = parts.forms(dom, recordedName);
-  const writes = parts.writes(dom, forms);
+  const writes = parts.writes(dom, forms, () => currentRevision());
 
   // --- Texts on the wire: joined by line feeds, with "\", line feed and zero escaped -------------
 
@@ -77,14 +77,30 @@
 
   // --- Requests of the program ------------------------------------------------------------------
 
-  function answer(message) {
+  function prepare() {
     // A frame that was taken out of the page lives on for as long as something holds it.
     if (window.top === null) throw new Error("the frame is gone");
-    const [operation, ...given] = unpack(message);
     observe();
-    if (Object.hasOwn(forms.reads, operation)) return pack(forms.reads[operation](...given));
-    if (Object.hasOwn(writes, operation)) return writes[operation](...given) ? "changed" : "";
-    throw new Error("no such operation: " + operation);
+  }
+
+  function read(message) {
+    prepare();
+    const [operation, ...given] = unpack(message);
+    if (!Object.hasOwn(forms.reads, operation)) throw new Error("no such operation: " + operation);
+    return pack(forms.reads[operation](...given));
+  }
+
+  /** An answer to a row of writes, once there is one. */
+  const whenDone = (count) => (count === undefined ? "" : pack([count]));
+
+  function write(message) {
+    prepare();
+    return whenDone(writes.begin(...unpack(message)));
+  }
+
+  function goOn() {
+    prepare();
+    return whenDone(writes.goOn());
   }
 
   /** The program has what it wants of this event; watching every change would only cost the page time. */
@@ -252,7 +268,9 @@
   return {
     frameNumber,
     documentNumber,
-    answer,
+    read,
+    write,
+    goOn,
     currentRevision,
     rest,
     click: writes.click,

@@ -366,7 +366,7 @@
     },
     frame: (index) => {
       const agent = agentInside(Number(index));
-      if (agent?.answer === undefined) throw new Error("the frame has no document");
+      if (agent?.read === undefined) throw new Error("the frame has no document");
       return [agent.frameNumber, agent.documentNumber];
     },
     // A button that is disabled, and one that has left the page, may come to be of use yet.

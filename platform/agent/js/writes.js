@@ -1,7 +1,7 @@
 // What the program writes into fields: each as a user's own change, and only if it changes something.
-// The file is one function; given the ways into the document and its forms, it gives the writes that
-// the program asks for.
-(function (dom, forms) {
+// The file is one function; given the ways into the document and its forms, and how often the structure
+// of these has changed, it gives what the program asks for.
+(function (dom, forms, revision) {
   "use strict";
 
   // Scripts that take a page over when it has been drawn do so at the latest when the user's first key
@@ -10,7 +10,7 @@
   const kNoKey = { key: "Unidentified" };
   const kEnter = { key: "Enter", code: "Enter", keyCode: 13, which: 13 };
 
-  // Whether anything of the page may have run since the write under way began.
+  // Whether anything of the page has run since the request under way began.
   let hasRun = false;
 
   function dispatch(field, event) {
@@ -64,9 +64,7 @@
   let written = [];
 
   function write(operation, handle, given) {
-    hasRun = false;
     written.push({ operation, handle, given, field: writes[operation](handle, given) });
-    return hasRun;
   }
 
   /** Whether the page has emptied a field since it was written, or put another in its place. */
@@ -93,18 +91,57 @@
     }
   }
 
-  return {
-    click,
+  const requests = {
     value: (handle, text) => write("value", handle, text),
     check: (handle) => write("check", handle),
     select: (handle, index) => write("select", handle, forms.toldOption(handle, index)),
     again: () => {
-      hasRun = false;
       for (const { operation, handle, given } of written.splice(0).filter(isLost)) writes[operation](handle, given);
-      return hasRun;
     },
+  };
+
+  // What was asked for in one go: the revision that the program knows, the requests that are left, how many were
+  // done, and when the first was.
+  const kNoRow = { known: 0, left: [], done: 0, begunAt: 0 };
+  let row = kNoRow;
+
+  // A row ends after so long, in milliseconds: the program waits for it as for one request.
+  const kLongestRow = 1000;
+
+  /** Once the structure has changed, the program has to look at it before it writes on. */
+  const isCut = () => row.done > 0 && (revision() !== row.known || performance.now() - row.begunAt > kLongestRow);
+
+  /**
+   * Does what comes next, up to and including a write at which anything of the page ran. Gives how many writes of the
+   * row were done in all; undefined if it is to be called again, when the page's promises have run.
+   */
+  function goOn() {
+    while (row.left.length > 0 && !isCut()) {
+      const [operation, ...given] = row.left.shift();
+      if (!Object.hasOwn(requests, operation)) throw new Error("no such operation: " + operation);
+      hasRun = false;
+      requests[operation](...given);
+      row.done += 1;
+      if (hasRun) return undefined;
+    }
+    return row.done;
+  }
+
+  /** Begins with a row of requests: of each the number of its texts, and these. */
+  function begin(known, ...texts) {
+    const left = [];
+    for (let i = 0; i < texts.length; i += 1 + Number(texts[i])) left.push(texts.slice(i + 1, i + 1 + Number(texts[i])));
+    row = { known: Number(known), left, done: 0, begunAt: performance.now() };
+    return goOn();
+  }
+
+  return {
+    click,
+    begin,
+    goOn,
     forget: () => {
       written = [];
+      row = kNoRow;
     },
   };
 })
