@@ -70,6 +70,9 @@ char32_t NextDecoded(std::string_view text, std::size_t& position)
     return character == U'+' ? U' ' : character;
 }
 
+/// Whether a byte is a character that stands for itself wherever it stands, as most do.
+bool IsSmallLetterOrDigit(char c) { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9'); }
+
 void AppendHex(std::string& text, char32_t number, int digits)
 {
     for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) text += "0123456789ABCDEF"[(number >> shift) & 0xF];
@@ -136,6 +139,10 @@ bool frmBrowser::FieldNameMatches(const std::string& fieldName, const std::strin
     std::size_t i = 0;
     std::size_t j = 0;
     while (i < fieldName.size() && j < wanted.size()) {
+        if (fieldName[i] == wanted[j] && IsSmallLetterOrDigit(wanted[j])) {
+            ++i, ++j;
+            continue;
+        }
         if (LowerCaseCharacter(NextDecoded(fieldName, i)) != NextCharacter(wanted, j)) return false;
     }
     return i == fieldName.size() && j == wanted.size();

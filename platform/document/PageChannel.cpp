@@ -21,8 +21,10 @@ constexpr std::chrono::seconds kLongestTurn{10};
 // program busy for ever.
 constexpr std::chrono::seconds kLongestSinceAct{20};
 
-// A read of the largest forms takes less.
+// A read of the largest forms takes less, and no script of the page runs in it. In a write one may ask the engine
+// something, and then waits for the main loop.
 constexpr std::chrono::milliseconds kUsualRead{100};
+constexpr std::chrono::milliseconds kUsualWrite{10};
 
 // A page waits at least this long for the next request of a turn (kTurnPause of the agent is twice as much).
 constexpr std::chrono::milliseconds kSurelyStill{10};
@@ -137,9 +139,9 @@ std::string PageChannel::Request(const wire::DocumentName& document, wire::Opera
     Breathe();
     if (descriptor_ < 0) throw DocumentError("the page does not answer");
     if (!SendAll(descriptor_, message.data(), message.size(), deadline, wait_)) Fail("the page does not answer");
-    // In a read no script of the page runs, which could ask the engine something: the main loop need not run
-    // so soon, and would draw the page meanwhile.
-    if (operation == wire::kRead) WaitFor(descriptor_, POLLIN, std::min(deadline, Clock::now() + kUsualRead));
+    // The main loop need not run so soon, and would draw the page meanwhile.
+    const auto usual = operation == wire::kRead ? kUsualRead : kUsualWrite;
+    WaitFor(descriptor_, POLLIN, std::min(deadline, Clock::now() + usual));
     return Receive(document, deadline);
 }
 
