@@ -109,7 +109,7 @@ private:
     std::shared_ptr<PageTime> time_;
     int descriptor_ = -1;
     int agentEnd_ = -1;
-    Clock::time_point heldSince_;  ///< When the main loop last came to its other events, as far as is known.
+    Clock::time_point heldSince_;   ///< When the main loop last came to its other events, as far as is known.
     Clock::time_point answeredAt_;  ///< In this turn.
     std::uint64_t writes_ = 0;
     std::map<std::uint64_t, std::uint64_t> revisions_;  ///< By the number of the document, for this turn.

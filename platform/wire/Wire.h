@@ -50,7 +50,7 @@ struct RequestHeader {
 };
 
 enum Operation : std::uint32_t {
-    kRead = 0,   ///< Body: a packed text for the script; the answer is packed.
+    kRead = 0,  ///< Body: a packed text for the script; the answer is packed.
     /// A row of writes, at which the page's own handlers run. Body: the revision that the program knows; of each write
     /// the number of its texts, and these. The answer is how many were done: at least one, and none of those behind one
     /// that changed the structure.

@@ -27,9 +27,12 @@
   const kEscapes = { "\\": "\\\\", "\n": "\\n", "\0": "\\0" };
   const kEscaped = { "\\": "\\", n: "\n", 0: "\0" };
 
+  /** Nearly all texts have nothing to escape, and there are many. */
+  const escaped = (text) => (/[\\\n\0]/.test(text) ? text.replace(/[\\\n\0]/g, (c) => kEscapes[c]) : text);
+
   function pack(texts) {
     return texts
-      .map((text) => typeof text === "number" ? text : String(text).replace(/[\\\n\0]/g, (c) => kEscapes[c]))
+      .map((text) => (typeof text === "number" ? text : escaped(String(text))))
       .join("\n")
       .toWellFormed();
   }

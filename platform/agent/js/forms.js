@@ -248,7 +248,10 @@
   // --- Facts -------------------------------------------------------------------------------------
 
   /** A text as a record has it: there a plus sign stands for a blank, and the blanks at the ends go. */
-  const recorded = (text) => text.replace(/^\++|\++$/g, (ends) => "\xa0".repeat(ends.length)).replaceAll("+", " ");
+  function recorded(text) {
+    if (!text.includes("+")) return text;
+    return text.replace(/^\++|\++$/g, (ends) => "\xa0".repeat(ends.length)).replaceAll("+", " ");
+  }
 
   const isBox = ({ type }) => type === "checkbox" || type === "radio";
 
@@ -274,13 +277,15 @@
   // What the program has been told of the options of a list.
   const toldOptions = new Map();
 
-  const textsOf = (option) => option.text + "\n" + option.value;
+  const textsOf = (option) => [option.text, option.value];
 
   /** The texts of the option that was told under an index. */
   const toldOption = (handle, index) => toldOptions.get(Number(handle))?.[Number(index)];
 
   /** An option by its texts, since a page may have drawn its list anew; of several alike the first. */
-  const optionOf = (handle, texts) => Array.from(standing(handle).options).find((each) => textsOf(each) === texts);
+  function optionOf(handle, [text, value] = []) {
+    return Array.from(standing(handle).options).find((each) => each.text === text && each.value === value);
+  }
 
   function factsOf(control) {
     const { field, name, type } = control;
@@ -288,11 +293,15 @@
     // A picture need not be an attribute's: a style may draw it.
     const source = dom.attribute(field, "src") ?? (type === "image" ? dom.address() : "");
     const isTicked = field.checked ? 1 : 0;
-    const facts = [handle, recordedName(name, field.form ?? null), type, valueOf(control), isTicked, source];
-    const options = dom.nameOf(field) === "select" ? Array.from(field.options) : [];
-    if (options.length > 0) toldOptions.set(handle, options.map(textsOf));
+    const facts = [handle, recordedName(name, field.form), type, valueOf(control), isTicked, source];
+    if (dom.nameOf(field) !== "select") return [...facts, 0];
+    const options = Array.from(field.options);
+    const texts = options.map(textsOf);
+    if (texts.length > 0) toldOptions.set(handle, texts);
     facts.push(options.length);
-    for (const option of options) facts.push(recorded(option.text), recorded(option.value), option.selected ? 1 : 0);
+    for (const [i, [text, value]] of texts.entries()) {
+      facts.push(recorded(text), recorded(value), options[i].selected ? 1 : 0);
+    }
     return facts;
   }
 

@@ -48,7 +48,7 @@
    */
   function recordedName(name, form) {
     if (/^[ -*,-~]*$/.test(name)) return name;
-    const sent = formBody(form, [[name.toWellFormed(), ""]]).slice(0, -1);
+    const sent = formBody(form ?? null, [[name.toWellFormed(), ""]]).slice(0, -1);
     const bytes = sent.replace(/\+|%2B/g, " ").replace(/%(..)/g, (_, hex) => String.fromCharCode(parseInt(hex, 16)));
     return codePage.decode(Uint8Array.from(bytes, (byte) => byte.charCodeAt(0)));
   }

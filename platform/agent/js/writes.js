@@ -130,7 +130,7 @@
   /** Begins with a row of requests: of each the number of its texts, and these. */
   function begin(known, ...texts) {
     const left = [];
-    for (let i = 0; i < texts.length; i += 1 + Number(texts[i])) left.push(texts.slice(i + 1, i + 1 + Number(texts[i])));
+    while (texts.length > 0) left.push(texts.splice(0, 1 + Number(texts[0])).slice(1));
     row = { known: Number(known), left, done: 0, begunAt: performance.now() };
     return goOn();
   }
