@@ -1,3 +1,4 @@
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -13,13 +14,16 @@ using velmora::Program;
 
 constexpr int kWrongUse = 2;
 
+/// The exit code after an answer, which may have found no room where it went.
+int Printed() { return std::fflush(stdout) == 0 ? 0 : 1; }
+
 /// Answers what was asked on the command line, without a display. Gives the program's exit code.
 int AnswerArguments(int count, char** arguments)
 {
     const std::string_view first = arguments[1];
     if (count == 2 && first == "--version") {
         std::puts("velmora " VELMORA_VERSION);
-        return 0;
+        return Printed();
     }
     if (count == 2 && first == "--help") {
         std::printf(
@@ -28,7 +32,7 @@ int AnswerArguments(int count, char** arguments)
             "arguments it opens its window, with a guide in it.\n\n"
             "Your records are kept in %s/session\n",
             Program::UserOptions().programFolder.c_str());
-        return 0;
+        return Printed();
     }
     std::fputs("velmora: it is started with --help, with --version or with no argument at all\n", stderr);
     return kWrongUse;
@@ -36,6 +40,8 @@ int AnswerArguments(int count, char** arguments)
 
 int Start()
 {
+    // A file that would grow beyond the user's limit is one that cannot be written, and the user is told so.
+    std::signal(SIGXFSZ, SIG_IGN);
     velmora::Desktop desktop;
     const std::string obstacle = velmora::SandboxObstacle();
     if (!obstacle.empty()) {
