@@ -155,12 +155,15 @@ public:
         return done < held.size() ? std::optional(places[done]) : std::nullopt;
     }
 
-private:
-    void Fetch()
+    /// The elements as they have just been read.
+    void Take(std::vector<ElementFacts> elements)
     {
-        elements_ = link_.Read(request_, ReadElements);
+        elements_ = std::move(elements);
         fetched_ = link_.Version();
     }
+
+private:
+    void Fetch() { Take(link_.Read(request_, ReadElements)); }
 
     DocumentLink link_;
     std::vector<std::string> request_;
@@ -303,12 +306,7 @@ public:
     std::shared_ptr<Form> Forms(int i) override
     {
         const FormFacts& form = At(Facts().forms, i, "form");
-        auto& elements = elements_[form.handle];
-        if (!elements) {
-            const std::vector<std::string> request{"form", form.handle, NameOf(order_.kind)};
-            elements = std::make_shared<ElementList>(link_, request);
-        }
-        return std::make_shared<PageForm>(shared_from_this(), form, elements);
+        return std::make_shared<PageForm>(shared_from_this(), form, ElementsOf(form));
     }
 
     std::string InnerHtml() override
@@ -328,21 +326,36 @@ private:
     struct DocumentFacts {
         std::vector<std::string> frames;  ///< Their places in the window.
         std::vector<FormFacts> forms;
+        std::vector<ElementFacts> elements;  ///< Of the first form, if it is that which is sent.
     };
+
+    const std::shared_ptr<ElementList>& ElementsOf(const FormFacts& form)
+    {
+        auto& elements = elements_[form.handle];
+        if (!elements) {
+            const std::vector<std::string> request{"form", form.handle, NameOf(order_.kind)};
+            elements = std::make_shared<ElementList>(link_, request);
+        }
+        return elements;
+    }
 
     const DocumentFacts& Facts()
     {
         if (fetched_ && *fetched_ == link_.Version().revision) return facts_;
         std::vector<std::string> request{"document", NameOf(order_.kind)};
         request.insert(request.end(), order_.handles.begin(), order_.handles.end());
-        facts_ = link_.Read(request, [](wire::Reader& reader) {
+        facts_ = link_.Read(request, [this](wire::Reader& reader) {
             DocumentFacts facts;
             facts.frames = ReadSeveral(reader, [](wire::Reader& part) { return part.Text(); });
             if (facts.frames.size() > kMostFrames) throw DocumentError("the page has too many frames");
             facts.forms = ReadSeveral(reader, ReadForm);
+            if (order_.kind == FormOrder::Kind::First) facts.elements = ReadElements(reader);
             return facts;
         });
         fetched_ = link_.Version().revision;
+        if (order_.kind == FormOrder::Kind::First) {
+            ElementsOf(At(facts_.forms, 0, "form"))->Take(std::exchange(facts_.elements, {}));
+        }
         return facts_;
     }
 

@@ -18,7 +18,8 @@ namespace velmora {
 struct FormOrder {
     enum class Kind {
         All,    ///< All, in the order of the page.
-        First,  ///< Those of the handles ahead of the others. The frames inside are not looked at.
+        First,  ///< That of the one handle, whose elements are read with it, ahead of the others. The frames inside
+                ///< are not looked at.
         Only,   ///< Those of the handles alone.
     };
     Kind kind = Kind::All;

@@ -362,7 +362,9 @@
         marks.set(handleOf(form), markOfForm(form, action));
         return factsOfForm(form, action);
       });
-      return [frames.length, ...frames, forms.length, ...facts];
+      // Of a form that is sent the fields are asked for next.
+      const fields = order === "first" ? reads.form(given[0], order) : [];
+      return [frames.length, ...frames, forms.length, ...facts, ...fields];
     },
     form: (handle, order) => {
       const controls = listForm(Number(handle));
