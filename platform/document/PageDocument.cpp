@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/document/ElementList.h"
+
 namespace velmora {
 
 namespace {
@@ -19,10 +21,6 @@ constexpr std::uint64_t kMostFrames = 1000;
 
 // Fields that are written in one go. What is to be written must not take much memory, nor be told in vain too often.
 constexpr std::size_t kMostAtOnce = 256;
-
-// A page may look at what was entered, and ask its server, before it lets its button be pressed.
-constexpr std::chrono::seconds kLongestDisabled{3};
-constexpr std::chrono::milliseconds kPause{20};
 
 /// Whether an element's value is its attribute (HTML, "value mode": default and default/on), so that
 /// only a change of the structure can change it.
@@ -39,41 +37,6 @@ auto& At(Items& items, int i, const char* what)
     return items[static_cast<std::size_t>(i)];
 }
 
-/// One document and the way to it. Every request throws once another document stands in its frame.
-class DocumentLink {
-public:
-    explicit DocumentLink(PagePlace place) : place_(std::move(place)) {}
-
-    const PagePlace& Place() const { return place_; }
-
-    DocumentVersion Version() const { return place_.channel->Version(place_.document); }
-    template <class Parse>
-    auto Read(const std::vector<std::string>& request, Parse parse) const
-    {
-        return place_.channel->Read(place_.document, request, parse);
-    }
-    void Write(const std::vector<std::string>& request) const { place_.channel->Write(place_.document, request); }
-    /// False if the element is still disabled at the end of the wait.
-    bool Click(const std::string& handle) const
-    {
-        // What the page has emptied or drawn anew since it was written is written once more.
-        Write({"again"});
-        const auto isReady = [&] {
-            return Read({"ready", handle}, [](wire::Reader& reader) { return reader.Flag(); });
-        };
-        const auto deadline = Clock::now() + kLongestDisabled;
-        while (!isReady()) {
-            if (Clock::now() > deadline) return false;
-            place_.channel->Pause(kPause);
-        }
-        place_.channel->Click(place_.document, handle);
-        return true;
-    }
-
-private:
-    PagePlace place_;
-};
-
 /// An order of forms as the agent takes it.
 const char* NameOf(FormOrder::Kind kind)
 {
@@ -89,91 +52,6 @@ std::string TagOf(const FormFacts& form)
     };
     return "<form" + attribute("action", form.action) + attribute("id", form.id) + " >";
 }
-
-/// The elements of a form or of a tag, fetched together.
-class ElementList {
-public:
-    ElementList(DocumentLink link, std::vector<std::string> request)
-        : link_(std::move(link)), request_(std::move(request))
-    {
-    }
-
-    /// The elements as they stood once, whatever has become of them.
-    ElementList(DocumentLink link, std::vector<ElementFacts> kept)
-        : link_(std::move(link)), elements_(std::move(kept)), isKept_(true)
-    {
-    }
-
-    const DocumentLink& Link() const { return link_; }
-
-    /// The elements, as good as the last change of the structure.
-    const std::vector<ElementFacts>& Structure()
-    {
-        if (isKept_) return elements_;
-        if (!fetched_ || fetched_->revision != link_.Version().revision) Fetch();
-        return elements_;
-    }
-
-    /// An element that was found at place i, with nothing that a write may have changed since.
-    const ElementFacts& State(int i, const std::string& handle)
-    {
-        if (!isKept_ && (!fetched_ || fetched_->writes != link_.Version().writes)) Fetch();
-        return Named(i, handle);
-    }
-
-    /// The same, as good as the last change of the structure.
-    const ElementFacts& Named(int i, const std::string& handle)
-    {
-        const auto& elements = Structure();
-        const auto place = static_cast<std::size_t>(i);
-        if (place < elements.size() && elements[place].handle == handle) return elements[place];
-        for (const ElementFacts& element : elements) {
-            if (element.handle == handle) return element;
-        }
-        throw DocumentError("the element is gone");
-    }
-
-    /// Writes into the element at place i, or keeps that for Release.
-    void Write(int i, std::vector<std::string> request)
-    {
-        if (!holds_) return link_.Write(request);
-        held_.push_back(std::move(request));
-        places_.push_back(i);
-    }
-    /// From now on writes are kept.
-    void Hold() { holds_ = true; }
-    std::size_t Held() const { return held_.size(); }
-    /// Has what was kept written. Gives the place of the element from which on that was not tried, since the structure
-    /// has changed before; nothing if all was.
-    std::optional<int> Release()
-    {
-        holds_ = false;
-        const auto held = std::exchange(held_, {});
-        const auto places = std::exchange(places_, {});
-        const PagePlace& page = link_.Place();
-        const std::size_t done = page.channel->WriteAll(page.document, held);
-        return done < held.size() ? std::optional(places[done]) : std::nullopt;
-    }
-
-    /// The elements as they have just been read.
-    void Take(std::vector<ElementFacts> elements)
-    {
-        elements_ = std::move(elements);
-        fetched_ = link_.Version();
-    }
-
-private:
-    void Fetch() { Take(link_.Read(request_, ReadElements)); }
-
-    DocumentLink link_;
-    std::vector<std::string> request_;
-    std::vector<ElementFacts> elements_;
-    std::optional<DocumentVersion> fetched_;
-    bool isKept_ = false;
-    bool holds_ = false;
-    std::vector<std::vector<std::string>> held_;
-    std::vector<int> places_;  ///< Of the elements of what is held.
-};
 
 class PageOption : public Option {
 public:
