@@ -110,7 +110,7 @@ FrameScripts::Value FrameScripts::MakeClock(JSCContext* context)
 FrameScripts::Value FrameScripts::MakeParts(JSCContext* context, std::uint64_t frame)
 {
     auto parts = Owned(jsc_value_new_object(context, nullptr, nullptr));
-    for (const char* part : {"dom", "formbody", "forms", "outgoing", "settling", "submissions", "writes"}) {
+    for (const char* part : {"dom", "fields", "formbody", "forms", "outgoing", "settling", "submissions", "writes"}) {
         jsc_value_object_set_property(parts.get(), part, Evaluate(context, std::string(part) + ".js").get());
     }
     jsc_value_object_set_property(parts.get(), "clock", MakeClock(context).get());

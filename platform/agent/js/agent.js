@@ -19,8 +19,9 @@
   const dom = parts.dom(tellFault);
   const { clock } = parts;
   const { encodingOf, recordedName, describe, goesToScript, targetOf } = parts.outgoing(dom, parts, () => acts);
-  const forms = parts.forms(dom, recordedName);
-  const writes = parts.writes(dom, forms, () => currentRevision());
+  const fields = parts.fields(dom);
+  const forms = parts.forms(dom, fields, recordedName);
+  const writes = parts.writes(dom, fields, forms, () => currentRevision());
 
   // --- Texts on the wire: joined by line feeds, with "\", line feed and zero escaped -------------
 
@@ -224,6 +225,7 @@
     encodingOf,
     describe: describeSent,
     goesToScript,
+    fields,
     forms,
     tell: (facts) => tell("submitted", facts),
     clock,

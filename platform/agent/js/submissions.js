@@ -5,7 +5,7 @@
 //
 //   describe(form, submitter, entries): what the program is told of a submission with these entries
 //   goesToScript(form, submitter): whether the form's action is a script
-//   forms: the forms of the document
+//   fields, forms: the fields and the forms of the document
 //   encodingOf(form): the name of the encoding in which the form is sent
 //   tell(facts): sends it
 //   watch(isOn): whether the agent is to tell of the requests that the page makes, by `requested`
@@ -13,7 +13,7 @@
 (function (dom, agent) {
   "use strict";
 
-  const { describe, goesToScript, forms, tell, encodingOf, clock, watch, acts } = agent;
+  const { describe, goesToScript, fields, forms, tell, encodingOf, clock, watch, acts } = agent;
 
   // What a page sends because of a submission it sends within this time, in milliseconds.
   const kPatience = 2000;
@@ -23,7 +23,7 @@
 
   function controlEntries(control, submitter, encoding) {
     const { type } = control;
-    const name = forms.nameOf(control);
+    const name = fields.nameOf(control);
     if (type === "image") return control === submitter ? imageEntries(name) : [];
     if (["submit", "button", "reset"].includes(type) && control !== submitter) return [];
     if (["checkbox", "radio"].includes(type) && !control.checked) return [];
@@ -53,7 +53,7 @@
    * would notice it if the engine gathered them once more.
    */
   function entriesOf(form, submitter) {
-    const controls = forms.fieldsOf(form);
+    const controls = fields.fieldsOf(form);
     if (submitter?.type === "image") controls.push(submitter);
     const counts = (control) => !control.matches(":disabled");
     return controls.filter(counts).flatMap((control) => controlEntries(control, submitter, encodingOf(form)))

@@ -1,7 +1,7 @@
 // What the program writes into fields: each as a user's own change, and only if it changes something.
-// The file is one function; given the ways into the document and its forms, and how often the structure
-// of these has changed, it gives what the program asks for.
-(function (dom, forms, revision) {
+// The file is one function; given the ways into the document, its fields and its forms, and how often the
+// structure of these has changed, it gives what the program asks for.
+(function (dom, fields, forms, revision) {
   "use strict";
 
   // Scripts that take a page over when it has been drawn do so at the latest when the user's first key
@@ -77,14 +77,14 @@
   function sendByEnter(line) {
     const { form } = line;
     const goesOn = press(line, "keydown", kEnter) && press(line, "keypress", { ...kEnter, charCode: 13 });
-    if (goesOn && dom.isConnected(line) && forms.enterLineOf(form) === line) dom.requestSubmit(form);
+    if (goesOn && dom.isConnected(line) && fields.enterLineOf(form) === line) dom.requestSubmit(form);
     press(line, "keyup", kEnter);
   }
 
   function click(handle) {
     const node = forms.standing(handle);
     if (dom.isForm(node)) {
-      const line = forms.enterLineOf(node);
+      const line = fields.enterLineOf(node);
       if (line !== undefined) sendByEnter(line);
     } else {
       dom.click(node);
