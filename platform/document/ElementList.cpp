@@ -68,8 +68,14 @@ std::optional<int> ElementList::Release()
     holds_ = false;
     const auto held = std::exchange(held_, {});
     const auto places = std::exchange(places_, {});
+    if (held.empty()) return std::nullopt;
+    const std::uint64_t revision = link_.Version().revision;
     const std::size_t done = link_.WriteAll(held);
-    return done < held.size() ? std::optional(places[done]) : std::nullopt;
+    const bool isWhole = done == held.size();
+    if (isWhole && link_.Version().revision == revision) return std::nullopt;
+    // The elements up to the next write are among them: a list that lacked an option may have it now.
+    const int last = places[done - 1];
+    return !isWhole && places[done] == last ? last : last + 1;
 }
 
 }  // namespace velmora

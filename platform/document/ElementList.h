@@ -68,8 +68,9 @@ public:
     /// From now on writes are kept.
     void Hold() { holds_ = true; }
     std::size_t Held() const { return held_.size(); }
-    /// Has what was kept written. Gives the place of the element from which on that was not tried (the structure has
-    /// changed before, or the page is slow); nothing if all was.
+    /// Has what was kept written. Gives the place of the element from which on all is to be looked at anew: a write
+    /// has changed the structure, or the page is slow and those behind it were not tried. Nothing if all stands as it
+    /// was.
     std::optional<int> Release();
 
 private:

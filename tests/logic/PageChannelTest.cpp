@@ -189,11 +189,12 @@ TEST(PageChannel, WritesThatGoTogetherEndWhereTheStructureChangesOrThePageRefuse
     std::string asked;
     const auto write = [&](Element& element) {
         asked += element.Name();
-        element.SetValue("x");
+        // The second is of use only once the first is written.
+        if (asked != "ab") element.SetValue("x");
     };
     EXPECT_THROW(form->WriteEach(write), DocumentError);
-    EXPECT_EQ(asked, "abcbc") << "what was not tried is asked for anew, and nothing behind a refusal";
-    const std::string all = "1\n3\nvalue\n1\nx\n3\nvalue\n2\nx\n3\nvalue\n3\nx; ";
+    EXPECT_EQ(asked, "abcbc") << "all behind the change is asked for anew, and nothing behind a refusal";
+    const std::string all = "1\n3\nvalue\n1\nx\n3\nvalue\n3\nx; ";
     EXPECT_EQ(tried, all + "2\n3\nvalue\n2\nx; 2\n3\nvalue\n3\nx; ");
     EXPECT_EQ(form->Elements(0)->Value(), "") << "the next answer is that to the next request";
 }
