@@ -111,8 +111,10 @@ private:
             descriptor, [this](const auto& header, const auto* body) { return Serve(header, body); },
             [this](const auto& header) { return scripts_.Revision(header.document); },
             [this] {
-                // The program gave up waiting once: a new channel has no late answers in it.
+                // The program gave up waiting once: a new channel has no late answers in it. What was held for the
+                // program is not to be held until it asks anew, which may be never.
                 channel_.reset();
+                scripts_.Rest();
                 AskForChannel();
             });
     }
