@@ -41,10 +41,11 @@ AgentChannel::~AgentChannel()
     close(descriptor_);
 }
 
-bool AgentChannel::ServeInPage()
+bool AgentChannel::ServeInPage(bool isFirst)
 {
-    // The scripts may come to this while a write is served: what else is there has to wait for its end.
-    if (isServing_) return false;
+    // The scripts may come to this while a write is served, and that of a document that finishes meanwhile between two
+    // calls of another's: what else is there has to wait for its end.
+    if (isServing_ || (isFirst && underWay_)) return false;
     if (underWay_ && !GoOn()) return false;
     while (!underWay_ && WaitFor(descriptor_, POLLIN, Clock::now() + kTurnPause)) {
         const auto operation = NextOperation();

@@ -33,8 +33,9 @@ public:
     /// Waits a moment for requests and serves them, from inside a document's last event: what the engine
     /// does after it, the layout of the whole page, can take long, and the program stands still until it
     /// has its answers. True if a request is to be gone on with: by the next call, which is to come when the
-    /// page's promises have run. False when there is nothing more to serve here.
-    bool ServeInPage();
+    /// page's promises have run. False when there is nothing more to serve here, as at the first call for a
+    /// document while a request of another is under way.
+    bool ServeInPage(bool isFirst);
 
     AgentChannel(const AgentChannel&) = delete;
     AgentChannel& operator=(const AgentChannel&) = delete;

@@ -115,7 +115,7 @@ FrameScripts::Value FrameScripts::MakeParts(JSCContext* context, std::uint64_t f
     }
     jsc_value_object_set_property(parts.get(), "clock", MakeClock(context).get());
     PutFunction(parts.get(), "convert", std::function(ConvertToCharacters));
-    PutFunction(parts.get(), "serve", std::function([this]() -> gboolean { return serve_(); }));
+    PutFunction(parts.get(), "serve", std::function([this](gboolean isFirst) -> gboolean { return serve_(isFirst); }));
     PutFunction(parts.get(), "watch", std::function([this, frame](gboolean isOn) {
                     if (isOn) {
                         watching_.insert(frame);

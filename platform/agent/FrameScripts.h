@@ -34,7 +34,7 @@ public:
     using Tell = std::function<void(const std::string& kind, const std::string& packed)>;
 
     /// Serves what the program asks of a document that has just finished; see AgentChannel.
-    using ServeInPage = std::function<bool()>;
+    using ServeInPage = std::function<bool(bool isFirst)>;
 
     FrameScripts(Tell tell, ServeInPage serve) : tell_(std::move(tell)), serve_(std::move(serve)) {}
     FrameScripts(const FrameScripts&) = delete;

@@ -21,7 +21,7 @@ public:
     explicit PageAgent(WebKitWebPage* page)
         : page_(page), number_(NewNumber()),
           scripts_([this](const std::string& kind, const std::string& packed) { Tell(kind, packed); },
-                   [this] { return channel_ && channel_->ServeInPage(); })
+                   [this](bool isFirst) { return channel_ && channel_->ServeInPage(isFirst); })
     {
         callbacks_.Connect(page, "user-message-received", [this](WebKitWebPage*, WebKitUserMessage* message) {
             Take(message);

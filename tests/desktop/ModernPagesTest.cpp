@@ -138,13 +138,17 @@ TEST_F(ModernPages, ASubmissionByThePagesScriptIsRecordedAsTheUserSentIt)
 
 TEST_F(ModernPages, AFieldIsWrittenOnlyIfItChangesAndAsAUserWould)
 {
-    server_.Page("/state.html",
-                 "<form action='to.cgi' method='post'><input name='same' value='same'><input name='new'>"
-                 "<input type='checkbox' name='c' value='1' checked><input type='checkbox' name='d' value='1'>"
-                 "<select name='s'><option>1<option>2</select><input type='radio' name='r' value='1'>"
-                 "<input name='log'><input type='submit'></form><script>const log = [];"
-                 "for (const type of ['input', 'change', 'click']) document.forms[0].addEventListener(type, (e) => {"
-                 "log.push(type + ':' + e.target.name); document.title = log.join(' '); });</script>");
+    server_.Page(
+        "/state.html",
+        "<form action='to.cgi' method='post'><input name='same' value='same'><input name='new'>"
+        "<input type='checkbox' name='c' value='1' checked><input type='checkbox' name='d' value='1'>"
+        "<select name='s'><option>1<option>2</select><input type='radio' name='r' value='1'>"
+        "<input name='log'><input type='submit'></form><script>const log = [];"
+        "for (const type of ['input', 'change', 'click']) document.forms[0].addEventListener(type, async (e) => {"
+        // Each has its promises, also where its handlers put in what finishes at once.
+        "if (type === 'change') { document.body.append(document.createElement('iframe'));"
+        "for (let i = 0; i < 7; ++i) await null; }"
+        "log.push(type + ':' + e.target.name); document.title = log.join(' '); });</script>");
     Press("cmdAutoClick");
     Keep(server_.Url("/state.html"), "same=same&new=text&c=1&d=1&s=2&r=1&log=");
     Go(server_.Url("/state.html"));

@@ -6,7 +6,7 @@
 //
 //   tell(kind, packed): sends an event to the program
 //   convert(text, encoding): the bytes of a text in an encoding, each as the character of its number
-//   serve(): serves what the program asks, up to a write; true after a write
+//   serve(isFirst): serves what the program asks, up to a write; true after a write, to be called again
 //   watch(isOn): whether to call `requested` for each request that the page makes
 //   clock: after(milliseconds, action) gives the number by which cancel(number) stops it
 //
@@ -240,9 +240,9 @@
   const kTurns = 8;
 
   /** Serves the program from inside the microtasks of the finished document's last event. */
-  function serve(turnsLeft) {
+  function serve(turnsLeft, isFirst = false) {
     if (turnsLeft > 0) queueMicrotask(() => serve(turnsLeft - 1));
-    else if (parts.serve()) queueMicrotask(() => serve(kTurns));
+    else if (parts.serve(isFirst)) queueMicrotask(() => serve(kTurns));
   }
 
   const settling = parts.settling(dom, {
@@ -253,7 +253,7 @@
     acts: () => acts,
     tell: (laterForms) => {
       tell("finished", [dom.address(), isTop, laterForms.length, ...laterForms.map(forms.handleOf)]);
-      queueMicrotask(() => serve(0));
+      queueMicrotask(() => serve(0, true));
     },
   });
 
