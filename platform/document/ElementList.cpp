@@ -1,5 +1,6 @@
 #include "platform/document/ElementList.h"
 
+#include <algorithm>
 #include <chrono>
 
 namespace velmora {
@@ -75,7 +76,13 @@ std::optional<int> ElementList::Release()
     if (isWhole && link_.Version().revision == revision) return std::nullopt;
     // The elements up to the next write are among them: a list that lacked an option may have it now.
     const int last = places[done - 1];
-    return !isWhole && places[done] == last ? last : last + 1;
+    const bool isDone = isWhole || places[done] != last;
+    // Fields ahead of it may have come or gone. Where it went itself, the next stands in its place.
+    const std::string handle = elements_.at(static_cast<std::size_t>(last)).handle;
+    const auto& now = Structure();
+    const auto place = std::find_if(now.begin(), now.end(), [&](const auto& each) { return each.handle == handle; });
+    if (place == now.end()) return last;
+    return static_cast<int>(place - now.begin()) + (isDone ? 1 : 0);
 }
 
 }  // namespace velmora

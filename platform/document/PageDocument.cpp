@@ -133,14 +133,15 @@ public:
 
     void WriteEach(const std::function<void(Element&)>& write) override
     {
+        // A page that adds a line for the next entry whenever one is filled in would get one after the other.
         const int count = Length();
         // A page that changes its structure at each write gets one at a time.
         std::size_t most = kMostAtOnce;
-        for (int j = 0; j < count;) {
+        for (int j = 0; j < std::min(count, Length());) {
             std::exception_ptr failure;
             elements_->Hold();
             try {
-                for (; j < count && elements_->Held() < most; ++j) {
+                for (; j < std::min(count, Length()) && elements_->Held() < most; ++j) {
                     PageElement element(elements_, j);
                     write(element);
                 }
