@@ -76,9 +76,12 @@ std::optional<int> ElementList::Release()
     if (isWhole && link_.Version().revision == revision) return std::nullopt;
     // The elements up to the next write are among them: a list that lacked an option may have it now.
     const int last = places[done - 1];
-    const bool isDone = isWhole || places[done] != last;
-    // Fields ahead of it may have come or gone. Where it went itself, the next stands in its place.
     const std::string handle = elements_.at(static_cast<std::size_t>(last)).handle;
+    // Of several choices in a list some may be left; but a page may take each back as soon as it is made.
+    const auto first = std::find(places.begin(), places.end(), last) - places.begin();
+    const std::pair choices(handle, done - static_cast<std::size_t>(first));
+    const bool isDone = isWhole || places[done] != last || choices == std::exchange(choices_, choices);
+    // Fields ahead of it may have come or gone. Where it went itself, the next stands in its place.
     const auto& now = Structure();
     const auto place = std::find_if(now.begin(), now.end(), [&](const auto& each) { return each.handle == handle; });
     if (place == now.end()) return last;

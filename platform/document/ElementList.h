@@ -84,6 +84,8 @@ private:
     bool holds_ = false;
     std::vector<std::vector<std::string>> held_;
     std::vector<int> places_;  ///< Of the elements of what is held.
+    /// The element among whose writes the last row ended, and how many of them were done.
+    std::pair<std::string, std::size_t> choices_;
 };
 
 }  // namespace velmora
