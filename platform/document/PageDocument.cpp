@@ -205,7 +205,6 @@ private:
     struct DocumentFacts {
         std::vector<std::string> frames;  ///< Their places in the window.
         std::vector<FormFacts> forms;
-        std::vector<ElementFacts> elements;  ///< Of the first form, if it is that which is sent.
     };
 
     const std::shared_ptr<ElementList>& ElementsOf(const FormFacts& form)
@@ -223,18 +222,18 @@ private:
         if (fetched_ && *fetched_ == link_.Version().revision) return facts_;
         std::vector<std::string> request{"document", NameOf(order_.kind)};
         request.insert(request.end(), order_.handles.begin(), order_.handles.end());
-        facts_ = link_.Read(request, [this](wire::Reader& reader) {
+        const bool isSent = order_.kind == FormOrder::Kind::First;
+        std::vector<ElementFacts> sent;
+        facts_ = link_.Read(request, [&](wire::Reader& reader) {
             DocumentFacts facts;
             facts.frames = ReadSeveral(reader, [](wire::Reader& part) { return part.Text(); });
             if (facts.frames.size() > kMostFrames) throw DocumentError("the page has too many frames");
             facts.forms = ReadSeveral(reader, ReadForm);
-            if (order_.kind == FormOrder::Kind::First) facts.elements = ReadElements(reader);
+            if (isSent) sent = ReadElements(reader);
             return facts;
         });
         fetched_ = link_.Version().revision;
-        if (order_.kind == FormOrder::Kind::First) {
-            ElementsOf(At(facts_.forms, 0, "form"))->Take(std::exchange(facts_.elements, {}));
-        }
+        if (isSent) ElementsOf(At(facts_.forms, 0, "form"))->Take(std::move(sent));
         return facts_;
     }
 

@@ -63,8 +63,8 @@
 
   const isButton = ({ type }) => type === "submit";
 
-  /** Whether a record can know a field: what has no name and submits nothing is neither sent nor filled. */
-  const isKnowable = (field) => nameOf(field) !== "" || typeOf(field) === "submit";
+  /** Whether a record can know a control: what has no name and submits nothing is neither sent nor filled. */
+  const isKnowable = (control) => control.name !== "" || isButton(control);
 
   /** A text as a record has it: there a plus sign stands for a blank, and the blanks at the ends go. */
   function recorded(text) {

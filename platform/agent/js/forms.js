@@ -29,7 +29,7 @@
     return [...sent, ...late, ...nameless];
   }
 
-  const knowableOf = (form) => fieldsOf(form).filter(isKnowable).map(controlOf);
+  const knowableOf = (form) => fieldsOf(form).map(controlOf).filter(isKnowable);
   const controlsOf = (form) => inOrder(knowableOf(form));
 
   // What was disabled when a form last went out. Many a page disables all of it from then on.
@@ -244,7 +244,7 @@
     // A form of fields without names would pass for any other that goes to the same place.
     const isNameless = others.map((form) => {
       const fields = fieldsOf(form);
-      return fields.length > 0 && !fields.some(isKnowable);
+      return fields.length > 0 && !fields.some((field) => isKnowable(controlOf(field)));
     });
     return [...chosen, ...others.filter((_, i) => !isNameless[i]), ...others.filter((_, i) => isNameless[i])];
   }
